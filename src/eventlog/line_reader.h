@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace eventsviewer {
+
+/// The lines of a file, read block by block: only the longest line has to fit in memory. A file
+/// that cannot be opened has no lines; where it cannot be read on, the line before is the last.
+class LineReader {
+public:
+    explicit LineReader(const std::string& path);
+    LineReader(const LineReader&) = delete;
+    LineReader& operator=(const LineReader&) = delete;
+    ~LineReader();
+
+    /// Gives the next line without its line feed; it is valid until the next call. The last line
+    /// needs no line feed. False when there are no more.
+    bool next(std::string_view& line);
+
+private:
+    enum class State { Reading, Ended, Failed };
+
+    void readBlock();
+
+    int descriptor_;
+    State state_;
+    std::vector<char> buffer_;
+    std::size_t begin_ = 0; // the bytes not yet given out: begin_ up to end_
+    std::size_t end_ = 0;
+};
+
+} // namespace eventsviewer

@@ -1,0 +1,185 @@
+#include "jsonaccess/json_access.h"
+
+#include <json/reader.h>
+#include <json/writer.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <limits>
+#include <memory>
+#include <sstream>
+
+namespace eventsviewer::jsonaccess {
+
+namespace {
+
+void printDiagnostic(std::string_view message)
+{
+    std::cout << "Tarvik workaround: " << message << std::endl;
+}
+
+// Every setting is given, also where it is the library's default: the defaults of
+// allowTrailingCommas and skipBom are not these, and others may change with a release.
+std::unique_ptr<Json::CharReader> makeReader()
+{
+    Json::CharReaderBuilder builder;
+    builder["collectComments"] = true;
+    builder["allowComments"] = true;
+    builder["allowTrailingCommas"] = false;
+    builder["strictRoot"] = false;
+    builder["allowDroppedNullPlaceholders"] = false;
+    builder["allowNumericKeys"] = false;
+    builder["allowSingleQuotes"] = false;
+    builder["stackLimit"] = 1000;
+    builder["failIfExtra"] = false;
+    builder["rejectDupKeys"] = false;
+    builder["allowSpecialFloats"] = false;
+    builder["skipBom"] = false;
+    return std::unique_ptr<Json::CharReader>(builder.newCharReader());
+}
+
+std::unique_ptr<Json::StreamWriter> makeWriter()
+{
+    Json::StreamWriterBuilder builder;
+    builder["commentStyle"] = "All";
+    builder["indentation"] = "";
+    builder["enableYAMLCompatibility"] = false;
+    builder["dropNullPlaceholders"] = false;
+    builder["useSpecialFloats"] = false;
+    builder["emitUTF8"] = false;
+    builder["precision"] = 17;
+    builder["precisionType"] = "significant";
+    return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
+}
+
+// Whether `value` can have members at all. The library would throw where it cannot.
+bool mayHaveMembers(const Json::Value& value, std::string_view diagnostic)
+{
+    if (value.isObject() || value.isNull()) {
+        return true;
+    }
+    printDiagnostic(diagnostic);
+    return false;
+}
+
+const Json::Value* find(const Json::Value& value, std::string_view key)
+{
+    if (!mayHaveMembers(value,
+                        "in Json::Value::find(begin, end): requires objectValue or nullValue")) {
+        return nullptr;
+    }
+    return value.find(key.data(), key.data() + key.size());
+}
+
+} // namespace
+
+void parse(std::string_view text, Json::Value& root)
+{
+    static const std::unique_ptr<Json::CharReader> reader = makeReader();
+    Json::String errors;
+    bool parsed = false;
+    try {
+        parsed = reader->parse(text.data(), text.data() + text.size(), &root, &errors);
+    } catch (const Json::RuntimeError&) {
+        std::abort();
+    }
+    if (!parsed) {
+        // "occured" is how this line has always been spelt.
+        printDiagnostic("error occured in IStream in JsonCpp:" + errors);
+    }
+}
+
+std::string writeCompact(const Json::Value& value)
+{
+    static const std::unique_ptr<Json::StreamWriter> writer = makeWriter();
+    static std::ostringstream text; // made once: a fresh stream costs as much as the writing
+    text.str({});
+    try {
+        writer->write(value, &text);
+    } catch (const Json::RuntimeError&) {
+        std::abort();
+    }
+    return text.str();
+}
+
+bool isMember(const Json::Value& value, std::string_view key)
+{
+    return find(value, key) != nullptr;
+}
+
+const Json::Value& get(const Json::Value& value, std::string_view key)
+{
+    static const Json::Value emptyText("");
+    const Json::Value* const found = find(value, key);
+    return found != nullptr ? *found : emptyText;
+}
+
+// cppcheck-suppress constParameter // `value` may gain the member
+Json::Value& member(Json::Value& value, const char* key)
+{
+    if (!mayHaveMembers(value,
+                        "in Json::Value::resolveReference(key, end): requires objectValue")) {
+        static Json::Value nobodys;
+        nobodys = Json::Value();
+        return nobodys;
+    }
+    return value[key];
+}
+
+std::vector<std::string> getMemberNames(const Json::Value& value)
+{
+    if (!mayHaveMembers(value, "in Json::Value::getMemberNames(), value must be objectValue")) {
+        return {};
+    }
+    return value.getMemberNames();
+}
+
+void removeMember(Json::Value& value, const std::string& key)
+{
+    if (mayHaveMembers(value, "in Json::Value::removeMember(): requires objectValue")) {
+        value.removeMember(key);
+    }
+}
+
+const char* asCString(const Json::Value& value)
+{
+    if (!value.isString()) {
+        printDiagnostic("in Json::Value::asCString(): requires stringValue");
+        return nullptr;
+    }
+    return value.asCString();
+}
+
+std::int32_t asInt(const Json::Value& value)
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    try {
+        return value.asInt();
+    } catch (const Json::LogicError&) {
+        // Told apart below: the wording of the library's own message depends on its release.
+    }
+    switch (value.type()) {
+    case Json::intValue:
+        printDiagnostic("LargestInt out of Int range");
+        return static_cast<std::int32_t>(value.asLargestInt());
+    case Json::uintValue:
+        printDiagnostic("LargestUInt out of Int range");
+        return static_cast<std::int32_t>(value.asLargestUInt());
+    case Json::realValue:
+        printDiagnostic("double out of Int range");
+        if (value.asDouble() > 0) {
+            return Limits::max();
+        }
+        return value.asDouble() < 0 ? Limits::min() : 0;
+    case Json::nullValue:
+    case Json::booleanValue:
+    case Json::stringValue:
+    case Json::arrayValue:
+    case Json::objectValue:
+        break;
+    }
+    printDiagnostic("Value is not convertible to Int.");
+    return 0;
+}
+
+} // namespace eventsviewer::jsonaccess

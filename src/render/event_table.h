@@ -1,0 +1,24 @@
+#pragma once
+
+#include "eventlog/event_record.h"
+
+#include <cstdint>
+#include <string>
+
+namespace eventsviewer {
+
+/// The table of `events`, with the heading stating the smaller of `count` and their number:
+///
+///     Last 1 events from Nov 20 08:15:02 to Nov 20 08:15:02:
+///
+///     Timestamp           Event                         Detail
+///     ================================================================================
+///     Nov 20 08:15:02     MODEM_OUT_OF_NETWORK          This terminal fell out of network.
+///                                                       Reason: NO_UCP
+///
+/// Each event name stands in colour escapes, each row is followed by an empty line. Without events
+/// the text is "No events to display.", with no line feed. Describing the events may print JSON
+/// diagnostics on std::cout.
+std::string renderEventTable(const EventStore& events, std::uint32_t count);
+
+} // namespace eventsviewer

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+namespace eventsviewer {
+
+class SharedText;
+
+/// A new text formatted as by printf, as long as the format makes it. A null handle if that is
+/// empty, if formatting fails, or if there is no memory for the characters.
+[[gnu::format(printf, 1, 2)]] SharedText formatText(const char* format, ...);
+
+/// A handle to a reference-counted text that its holders share and nobody changes. A null handle,
+/// and a text whose memory could not be had, read as the empty text.
+/// Single-threaded: the references are counted in a plain integer.
+class SharedText {
+public:
+    SharedText() noexcept = default;
+    SharedText(const SharedText& other) noexcept;
+    SharedText(SharedText&& other) noexcept : record_(std::exchange(other.record_, nullptr)) {}
+    SharedText& operator=(SharedText other) noexcept
+    {
+        std::swap(record_, other.record_);
+        return *this;
+    }
+    ~SharedText();
+
+    bool isNull() const noexcept { return record_ == nullptr; }
+
+    /// The NUL-terminated text, never a null pointer; valid while a handle shares the text.
+    const char* characters() const noexcept;
+
+    /// Bytes of the text, the terminating NUL not counted.
+    std::uint32_t length() const noexcept;
+
+private:
+    struct Record;
+    explicit SharedText(Record* record) noexcept : record_(record) {}
+
+    friend SharedText textFromLiteral(const char* text);
+    friend SharedText textFromConstant(const char* text);
+    friend SharedText formatText(const char* format, ...);
+
+    Record* record_ = nullptr;
+};
+
+/// A new text that owns a copy of `text`. Without memory for the copy it reads as the empty text.
+SharedText textFromLiteral(const char* text);
+
+/// A new text that borrows `text`, a constant that outlives it, and copies nothing.
+SharedText textFromConstant(const char* text);
+
+} // namespace eventsviewer
