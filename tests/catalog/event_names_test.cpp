@@ -1,0 +1,88 @@
+#include "catalog/event_names.h"
+
+#include "support/data_file.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+
+namespace eventsviewer {
+namespace {
+
+std::map<std::int32_t, std::string> expectedNames()
+{
+    std::map<std::int32_t, std::string> names;
+    for (const auto& row : readDataFile("catalog/event_names.txt", ' ')) {
+        names[std::stoi(row.at(0))] = row.at(1);
+    }
+    return names;
+}
+
+TEST(EventNameFor, GivesEachOfThe487CodesItsNameAndEachHoleItsNumber)
+{
+    const auto names = expectedNames();
+    ASSERT_EQ(487U, names.size());
+    int holes = 0;
+    for (std::int32_t code = -10; code <= 2000; ++code) {
+        const auto row = names.find(code);
+        if (row != names.end()) {
+            EXPECT_EQ(row->second, eventNameFor(code));
+            continue;
+        }
+        const auto bits = static_cast<std::uint32_t>(code);
+        EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_" + std::to_string(bits), eventNameFor(code));
+        holes += code > 684 && code < 1297 ? 1 : 0;
+    }
+    EXPECT_EQ(127, holes);
+}
+
+TEST(EventNameFor, KnowsTheFirstAndTheLastCode)
+{
+    EXPECT_EQ("DID_RECEIVED", eventNameFor(684));
+    EXPECT_EQ("INET_ENCAP_NOT_AVAILABLE", eventNameFor(1297));
+}
+
+TEST(EventNameFor, KnowsNoCodeBesideTheCatalogue)
+{
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_683", eventNameFor(683));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_1298", eventNameFor(1298));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_0", eventNameFor(0));
+}
+
+TEST(EventNameFor, ShowsACodeInAHoleAsUnrecognized)
+{
+    EXPECT_EQ("TERM_CHANGED_OWNER", eventNameFor(688));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_689", eventNameFor(689));
+    EXPECT_EQ("NEW_DID", eventNameFor(690));
+}
+
+TEST(EventNameFor, PrintsANegativeCodeUnsigned)
+{
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294967295", eventNameFor(-1));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483648", eventNameFor(INT32_MIN));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483647", eventNameFor(INT32_MAX));
+    // The bits of -684 are no known code either.
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294966612", eventNameFor(-684));
+}
+
+TEST(EventNameFor, AnswersTheSameEachTime)
+{
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", eventNameFor(5));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", eventNameFor(5));
+    EXPECT_EQ("MODEM_IN_NETWORK", eventNameFor(1228));
+    EXPECT_EQ("MODEM_IN_NETWORK", eventNameFor(1228));
+}
+
+TEST(EventNameFor, GivesNoNameTwice)
+{
+    std::set<std::string> names;
+    for (std::int32_t code = 684; code <= 1297; ++code) {
+        EXPECT_TRUE(names.insert(eventNameFor(code)).second) << code;
+    }
+}
+
+} // namespace
+} // namespace eventsviewer

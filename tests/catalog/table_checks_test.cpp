@@ -1,0 +1,111 @@
+#include "catalog/table_checks.h"
+
+#include <gtest/gtest.h>
+
+namespace eventsviewer {
+namespace {
+
+struct CodeRow {
+    std::int32_t code;
+};
+
+TEST(CodesAscend, AcceptsOnlyCodesThatGrowFromRowToRow)
+{
+    static constexpr CodeRow kGrowing[] = {{-1}, {0}, {7}};
+    static constexpr CodeRow kRepeated[] = {{1}, {2}, {2}};
+    static constexpr CodeRow kFalling[] = {{1}, {3}, {2}};
+    static constexpr CodeRow kFallingAtOnce[] = {{2}, {1}};
+    EXPECT_TRUE(codesAscend(kGrowing));
+    EXPECT_FALSE(codesAscend(kRepeated));
+    EXPECT_FALSE(codesAscend(kFalling));
+    EXPECT_FALSE(codesAscend(kFallingAtOnce));
+}
+
+struct ReasonRow {
+    std::int32_t value;
+    const char* name;
+    const char* explanation;
+};
+
+TEST(ValuesCountFromZero, AcceptsNoGapAndNoOtherStart)
+{
+    static constexpr ReasonRow kCounting[] = {{0, "A", ""}, {1, "B", ""}, {2, "C", ""}};
+    static constexpr ReasonRow kFromOne[] = {{1, "A", ""}, {2, "B", ""}};
+    static constexpr ReasonRow kGap[] = {{0, "A", ""}, {1, "B", ""}, {3, "C", ""}};
+    EXPECT_TRUE(valuesCountFromZero(kCounting));
+    EXPECT_FALSE(valuesCountFromZero(kFromOne));
+    EXPECT_FALSE(valuesCountFromZero(kGap));
+}
+
+TEST(NamesAreIdentifiers, AcceptsOnlyCapitalsDigitsAndUnderscores)
+{
+    static constexpr ReasonRow kGood[] = {{0, "AZ_09", ""}, {1, "_", ""}};
+    EXPECT_TRUE(namesAreIdentifiers(kGood));
+    for (const char* const name : {"", "Az", "A B", "A ", "A-B", "A@", "A[", "A/", "A:"}) {
+        const ReasonRow rows[] = {{0, "AZ_09", ""}, {1, name, ""}};
+        EXPECT_FALSE(namesAreIdentifiers(rows)) << name;
+    }
+}
+
+TEST(NamesAreUnique, NoticesARepeatedName)
+{
+    static constexpr ReasonRow kDifferent[] = {{0, "A", ""}, {1, "AB", ""}, {2, "B", ""}};
+    static constexpr ReasonRow kRepeated[] = {{0, "A", ""}, {1, "B", ""}, {2, "A", ""}};
+    EXPECT_TRUE(namesAreUnique(kDifferent));
+    EXPECT_FALSE(namesAreUnique(kRepeated));
+}
+
+TEST(ExplanationsArePresent, NoticesAnEmptyOne)
+{
+    static constexpr ReasonRow kPresent[] = {{0, "A", "a"}, {1, "B", "b"}};
+    static constexpr ReasonRow kEmpty[] = {{0, "A", "a"}, {1, "B", ""}};
+    EXPECT_TRUE(explanationsArePresent(kPresent));
+    EXPECT_FALSE(explanationsArePresent(kEmpty));
+}
+
+struct SlotCount {
+    std::size_t count;
+};
+
+struct TextRow {
+    const char* text;
+    SlotCount slots;
+};
+
+bool matches(const char* text, std::size_t slots)
+{
+    const TextRow rows[] = {{text, {slots}}};
+    return placeholdersMatchSlots(rows);
+}
+
+TEST(PlaceholdersMatchSlots, CountsThePlaceholders)
+{
+    EXPECT_TRUE(matches("fixed", 0));
+    EXPECT_TRUE(matches("%s and %s", 2));
+    EXPECT_FALSE(matches("%s and %s", 1));
+    EXPECT_FALSE(matches("%s and %s", 3));
+    EXPECT_FALSE(matches("%s", 0));
+    EXPECT_FALSE(matches("fixed", 1));
+}
+
+TEST(PlaceholdersMatchSlots, AcceptsNoOtherConversion)
+{
+    EXPECT_FALSE(matches("%s %d", 1));
+    EXPECT_FALSE(matches("%s %%", 1));
+    EXPECT_FALSE(matches("%s ends in %", 1));
+}
+
+TEST(PlaceholdersMatchSlots, AcceptsAPercentSignAtTheEndOfALineOfAFormattedText)
+{
+    EXPECT_TRUE(matches("%s%\nnext line", 1));
+    EXPECT_FALSE(matches("fixed %\nnext line", 0));
+}
+
+TEST(PlaceholdersMatchSlots, ChecksEveryRow)
+{
+    static constexpr TextRow kRows[] = {{"%s", {1}}, {"fixed", {0}}, {"%s", {2}}};
+    EXPECT_FALSE(placeholdersMatchSlots(kRows));
+}
+
+} // namespace
+} // namespace eventsviewer

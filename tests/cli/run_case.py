@@ -1,0 +1,280 @@
+#!/usr/bin/env python3
+"""Runs one case folder: the program as a user runs it, and every byte that comes out of it.
+
+A case folder holds
+  cmd               a POSIX shell script, run in a fresh folder that has copies of the inputs;
+                    ends with "exec events-viewer ..." so that a signal is seen as such
+  expected/stdout   what it prints; a missing stdout or stderr means nothing is printed
+  expected/stderr
+  expected/status   the exit status, or the name of a signal; 0 if missing
+  expected/terminal if present, the case is run again with both streams on a terminal, and this is
+                    what the terminal receives
+  expected/files/   the files that the run makes or changes
+  anything else     the inputs
+
+Afterwards the fresh folder must hold the inputs and expected/files to the byte, and no other file.
+Only names that begin with "generated" are not looked at: they are for cmd's own use. A cmd that
+cannot do its work here writes the reason into a file named "skip".
+"""
+
+import argparse
+import difflib
+import os
+import pty
+import re
+import resource
+import select
+import shlex
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import termios
+import time
+from pathlib import Path
+
+EXIT_SKIPPED = 77
+DIFF_LINES = 80
+DIFF_COLUMNS = 300
+PROGRAM_NAME = "events-viewer"
+
+
+class Skipped(Exception):
+    pass
+
+
+class StillRunning(Exception):
+    pass
+
+
+class Result:
+    def __init__(self, status, streams, files):
+        self.status = status
+        self.streams = streams  # bytes by name: stdout and stderr, or terminal
+        self.files = files  # bytes by path in the fresh folder
+
+
+def install_program(folder, program, emulator):
+    """Puts the program into `folder` under the name that it is to see as its own."""
+    folder.mkdir()
+    target = folder / PROGRAM_NAME
+    if emulator:
+        # A shell tells a script its whole path, where a program found on PATH sees its bare name.
+        target.write_text(f"""#!/bin/sh
+name=$0
+[ "$name" != {shlex.quote(str(target))} ] || name={PROGRAM_NAME}
+exec {shlex.join(emulator)} -0 "$name" {shlex.quote(program)} "$@"
+""")
+        target.chmod(0o755)
+    else:
+        target.symlink_to(program)
+
+
+def environment(bin_folder):
+    kept = ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "LLVM_PROFILE_FILE")
+    settings = {name: os.environ[name] for name in kept if name in os.environ}
+    settings.update(PATH=f"{bin_folder}:/usr/bin:/bin", LC_ALL="C", TZ="UTC")
+    return settings
+
+
+def status_name(code):
+    return signal.Signals(-code).name if code < 0 else str(code)
+
+
+def kill_session(process):
+    try:
+        os.killpg(process.pid, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
+    process.wait()
+
+
+def run_in_pipes(command, options, limit):
+    process = subprocess.Popen(
+        command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
+    try:
+        stdout, stderr = process.communicate(timeout=limit)
+    except subprocess.TimeoutExpired:
+        kill_session(process)
+        raise StillRunning("in pipes") from None
+    return process.returncode, {"stdout": stdout, "stderr": stderr}
+
+
+def run_in_terminal(command, options, limit):
+    master, slave = pty.openpty()
+    modes = termios.tcgetattr(slave)
+    modes[1] &= ~termios.OPOST  # a line feed stays one
+    termios.tcsetattr(slave, termios.TCSANOW, modes)
+    process = subprocess.Popen(command, stdout=slave, stderr=slave, **options)
+    os.close(slave)
+    deadline = time.monotonic() + limit
+    received = b""
+    while True:
+        if not select.select([master], [], [], max(0, deadline - time.monotonic()))[0]:
+            kill_session(process)
+            raise StillRunning("on the terminal")
+        try:
+            received += os.read(master, 65536)
+        except OSError:  # the last writer has closed the terminal
+            break
+    os.close(master)
+    return process.wait(), {"terminal": received}
+
+
+def without_remarks(text, emulated):
+    """Leaves out what the machinery below the program says about it."""
+    # One description has a "%" that begins no conversion, which is meant.
+    text = re.sub(rb"==\d+==AddressSanitizer: WARNING: unexpected format specifier in printf "
+                  rb"interceptor: %\n \(reported once per process\)\n", b"", text)
+    if emulated:
+        text = re.sub(rb"(?m)^qemu: uncaught target signal .*\n", b"", text)
+    return text
+
+
+def plain_files(folder):
+    """The bytes of each file of `folder` and the folders below it, by its path in there."""
+    return {str(path.relative_to(folder)): path.read_bytes() for path in sorted(folder.rglob("*"))
+            if path.is_file() and not path.is_symlink()
+            and not path.relative_to(folder).parts[0].startswith("generated")}
+
+
+def inputs(case):
+    return {path.name: path.read_bytes() for path in sorted(case.iterdir())
+            if path.name not in ("cmd", "expected")}
+
+
+def run(case, args, scratch, run_streams):
+    bin_folder = scratch / "bin"
+    work = scratch / "work"
+    scratch.mkdir()
+    install_program(bin_folder, os.path.abspath(args.program), args.emulator)
+    work.mkdir()
+    for name, content in inputs(case).items():
+        (work / name).write_bytes(content)
+    options = {"cwd": work, "env": environment(bin_folder), "stdin": subprocess.DEVNULL,
+               "start_new_session": True}
+    code, streams = run_streams(["sh", str(case / "cmd")], options, args.time_limit)
+    if (work / "skip").exists():
+        raise Skipped((work / "skip").read_text().strip())
+    streams = {name: without_remarks(text, bool(args.emulator)) for name, text in streams.items()}
+    return Result(status_name(code), streams, plain_files(work))
+
+
+def read_if_there(path):
+    return path.read_bytes() if path.exists() else b""
+
+
+def expectation(case, stream_names):
+    expected = case / "expected"
+    return Result(read_if_there(expected / "status").decode().strip() or "0",
+                  {name: read_if_there(expected / name) for name in stream_names},
+                  {**inputs(case), **plain_files(expected / "files")})
+
+
+def printable(text):
+    """The lines of `text` in ASCII, with their line feeds shown and cut to a readable length."""
+    lines = [repr(line)[2:-1] for line in re.findall(rb"[^\n]*\n|[^\n]+", text)]
+    return [line if len(line) <= DIFF_COLUMNS else
+            f"{line[:DIFF_COLUMNS]}... ({len(line)} columns)" for line in lines]
+
+
+def print_difference(what, expected, actual):
+    lines = list(difflib.unified_diff(printable(expected), printable(actual),
+                                      f"{what} (expected)", f"{what} (actual)", lineterm=""))
+    print("\n".join(lines[:DIFF_LINES] or [f"{what}: long lines differ behind what is shown"]))
+    if len(lines) > DIFF_LINES:
+        print(f"... and {len(lines) - DIFF_LINES} lines more")
+
+
+def compare(expected, actual):
+    """Prints how the two results differ; returns whether they are the same."""
+    same = True
+    if expected.status != actual.status:
+        print(f"status: expected {expected.status}, got {actual.status}")
+        same = False
+    for name, text in expected.streams.items():
+        if text != actual.streams[name]:
+            print_difference(name, text, actual.streams[name])
+            same = False
+    for name in sorted({*expected.files, *actual.files}):
+        if name not in actual.files:
+            print(f"file {name}: missing")
+        elif name not in expected.files:
+            print(f"file {name}: made, but not expected")
+        elif expected.files[name] == actual.files[name]:
+            continue
+        else:
+            print_difference(f"file {name}", expected.files[name], actual.files[name])
+        same = False
+    return same
+
+
+def write_or_remove(path, text):
+    if text:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(text)
+    else:
+        path.unlink(missing_ok=True)
+
+
+def update(case, actual):
+    expected = case / "expected"
+    if "terminal" in actual.streams:
+        (expected / "terminal").write_bytes(actual.streams["terminal"])
+        return
+    status = "" if actual.status == "0" else f"{actual.status}\n"
+    write_or_remove(expected / "status", status.encode())
+    for name, text in actual.streams.items():
+        write_or_remove(expected / name, text)
+    shutil.rmtree(expected / "files", ignore_errors=True)
+    unchanged = inputs(case)
+    for name, text in actual.files.items():
+        if unchanged.get(name) != text:
+            path = expected / "files" / name
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(text)
+
+
+def main():
+    parser = argparse.ArgumentParser(description="Runs one case folder.")
+    parser.add_argument("--program", required=True)
+    parser.add_argument("--emulator", default=[], type=lambda text: [w for w in text.split(";") if w],
+                        help="command that runs the program, its words parted by semicolons")
+    parser.add_argument("--time-limit", type=float, default=120, metavar="SECONDS")
+    parser.add_argument("--update", action="store_true",
+                        help="make what the program does now the expectation")
+    parser.add_argument("case", type=Path)
+    args = parser.parse_args()
+    if args.update and "CI" in os.environ:
+        sys.exit("--update: expectations are not rewritten in CI")
+
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+    os.umask(0o022)
+    case = args.case.resolve()
+    scratch = Path(tempfile.mkdtemp(prefix=f"{case.name[:40]}."))
+    runs = {"pipes": run_in_pipes}
+    if (case / "expected" / "terminal").exists():
+        runs["terminal"] = run_in_terminal
+    same = True
+    try:
+        for name, run_streams in runs.items():
+            actual = run(case, args, scratch / name, run_streams)
+            if args.update:
+                update(case, actual)
+            else:
+                same = compare(expectation(case, actual.streams), actual) and same
+    except Skipped as reason:
+        print(f"skipped: {reason}")
+        shutil.rmtree(scratch)
+        sys.exit(EXIT_SKIPPED)
+    except StillRunning as what:
+        print(f"still running after {args.time_limit:g} s {what}")
+        same = False
+    if not same:
+        sys.exit(f"kept for a look: {scratch}")
+    shutil.rmtree(scratch)
+
+
+if __name__ == "__main__":
+    main()

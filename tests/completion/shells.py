@@ -1,0 +1,108 @@
+"""Drives the completion of real shells.
+
+A shell is asked with `candidates(line)`: the sorted words that it puts in the place of the last
+word of `line`, which is a command line of events-viewer; none if it knows nothing. A folder has no
+slash at its end, and an argument not the "--option=" in front of it, since the shells differ there.
+"""
+
+import json
+import os
+import pty
+import re
+import select
+import shlex
+import subprocess
+import time
+
+LIMIT = 60  # seconds
+INSERT_ALL = "\x14"  # Control-T, bound to a command that inserts every candidate
+READY, BEGIN, END = "[ready]", "[begin]", "[end]"
+
+# In place of the program, a function that shows the words of the finished line. The marks are put
+# together, so that they are not found in the line that defines it.
+SHOW_WORDS = ("events-viewer() { "
+              "printf '%s%s' '[beg' 'in]'; printf '%s\\n' \"$@\"; printf '%s%s' '[en' 'd]'; }")
+
+
+def alike(candidates):
+    return sorted(re.sub(r"^--\w+=(?=.)|=$|/$", "", word) for word in candidates)
+
+
+class Interactive:
+    """A shell on a terminal, to which lines are typed."""
+
+    def __init__(self, command, start, folder):
+        pid, self.terminal = pty.fork()
+        if pid == 0:
+            os.chdir(folder)
+            os.environ.update(TERM="dumb", PS1="", LC_ALL="C", HOME=str(folder), COLUMNS="400",
+                              INPUTRC="/dev/null", ZDOTDIR=str(folder))
+            os.execvp(command[0], command)
+        self.pid = pid
+        self.shown = ""
+        for line in [*start, SHOW_WORDS, "printf '%s%s' '[rea' 'dy]'"]:
+            self.type(f"{line}\n")
+        self.wait_for(READY)
+
+    def type(self, text):
+        os.write(self.terminal, text.encode())
+
+    def wait_for(self, mark):
+        deadline = time.monotonic() + LIMIT
+        while mark not in self.shown:
+            if not select.select([self.terminal], [], [], max(0, deadline - time.monotonic()))[0]:
+                raise TimeoutError(f"no {mark} in {self.shown!r}")
+            self.shown += os.read(self.terminal, 65536).decode()
+        before, self.shown = self.shown.split(mark, 1)
+        return before
+
+    def candidates(self, line):
+        self.type(f"{line}{INSERT_ALL}\n")
+        self.wait_for(BEGIN)
+        words = self.wait_for(END).replace("\r", "").split("\n")[:-1]
+        typed = shlex.split(line + "_")[1:]  # the underscore keeps an empty last word
+        inserted = words[len(typed) - 1:]
+        return [] if inserted in ([], [typed[-1][:-1]]) else alike(inserted)
+
+    def close(self):
+        os.close(self.terminal)
+        os.waitpid(self.pid, 0)
+
+
+class Bash(Interactive):
+    def __init__(self, completions, folder):
+        super().__init__(["bash", "--noprofile", "--norc", "-i"],
+                         [f". {shlex.quote(str(completions / 'events-viewer.bash'))}",
+                          r"""bind '"\C-t": insert-completions'"""], folder)
+
+
+class Zsh(Interactive):
+    def __init__(self, completions, folder):
+        super().__init__(["zsh", "-f", "-i"],
+                         [f"fpath=({shlex.quote(str(completions))} $fpath)",
+                          "autoload -Uz compinit && compinit -u -d .zcompdump",
+                          "all() { _main_complete; compstate[insert]=all compstate[list]= }",
+                          "zle -C all complete-word all",
+                          "bindkey '^T' all"], folder)
+
+
+class Fish:
+    """fish completes a line without a terminal."""
+
+    def __init__(self, completions, folder):
+        self.source = f"source {shlex.quote(str(completions / 'events-viewer.fish'))}"
+        self.folder = folder
+
+    def candidates(self, line):
+        # A string of JSON is one of fish too, for the plain characters used here.
+        script = f"{self.source}; complete -C {json.dumps(line)}"
+        result = subprocess.run(["fish", "--no-config", "-c", script], cwd=self.folder, check=True,
+                                env={**os.environ, "HOME": str(self.folder), "LC_ALL": "C"},
+                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, timeout=LIMIT)
+        return alike(row.split("\t")[0] for row in result.stdout.decode().splitlines())
+
+    def close(self):
+        pass
+
+
+SHELLS = {"bash": Bash, "zsh": Zsh, "fish": Fish}

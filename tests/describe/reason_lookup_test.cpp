@@ -1,0 +1,160 @@
+#include "describe/reason_lookup.h"
+
+#include "support/captured_cout.h"
+#include "support/data_file.h"
+#include "support/reason_table_list.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+namespace eventsviewer {
+namespace {
+
+constexpr const char* kFailed = "Failed to retrieve description";
+
+std::string explain(const Json::Value& reason, const ReasonTable& table)
+{
+    Json::Value root;
+    root["reason"] = reason;
+    const CapturedCout output;
+    std::string explanation = lookupReasonExplanation(root, "reason", table).characters();
+    EXPECT_EQ("", output.text());
+    return explanation;
+}
+
+std::string lowerCase(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return text;
+}
+
+TEST(LookupReasonExplanation, FindsEveryReasonByItsExactNameAndByNothingElse)
+{
+    int reasons = 0;
+    for (const auto& row : readDataFile("catalog/reason_tables.txt", '\t')) {
+        const std::string& name = row.at(2);
+        SCOPED_TRACE(row.at(0) + " " + name);
+        const ReasonTable& table = *reasonTablesByName().at(row.at(0));
+        EXPECT_EQ(row.at(3), explain(name, table));
+        for (const std::string& altered :
+             {lowerCase(name), " " + name, name + " ", name + "X", name.substr(1),
+              name.substr(0, name.size() - 1), row.at(1), row.at(3)}) {
+            EXPECT_EQ(kFailed, explain(altered, table)) << altered;
+        }
+        EXPECT_EQ(kFailed, explain(std::stoi(row.at(1)), table));
+        ++reasons;
+    }
+    EXPECT_EQ(69, reasons);
+}
+
+TEST(LookupReasonExplanation, TellsTheKindsOfBeamSwitch)
+{
+    EXPECT_EQ("Make-Before-Break(MBB) beam switch", explain("MBB", BeamSwitchTypes));
+    EXPECT_EQ(kFailed, explain("mbb", BeamSwitchTypes));
+}
+
+TEST(LookupReasonExplanation, FindsNoEmptyNameInAnyTable)
+{
+    for (const auto& [name, table] : reasonTablesByName()) {
+        EXPECT_EQ(kFailed, explain("", *table)) << name;
+    }
+}
+
+TEST(LookupReasonExplanation, AnswersFromTheTableThatItIsGiven)
+{
+    EXPECT_EQ("The modem could not lock onto target beam.",
+              explain("NO_DOWNSTREAM_LOCK", BeamSwitchFailureReasons));
+    EXPECT_EQ("failed to lock to signaling carrier",
+              explain("NO_DOWNSTREAM_LOCK", NoServiceCarrierReasons));
+    EXPECT_EQ("The modem failed to get downstream lock",
+              explain("NO_DOWNSTREAM_LOCK", NoServiceReasons));
+    EXPECT_EQ("short circuit", explain("SHORT_CIRCUIT", TransmitIflFaults));
+    EXPECT_EQ("short circuit", explain("SHORT_CIRCUIT", ReceiveIflFaults));
+    EXPECT_EQ(kFailed, explain("OPEN_CIRCUIT", TransmitIflFaults));
+    EXPECT_EQ(kFailed, explain("INSUFFICIENT_POWER", ReceiveIflFaults));
+    EXPECT_EQ("no visible carrier(s) in constellation file",
+              explain("NONE_VISIBLE", NoSignalingCarrierReasons));
+    EXPECT_EQ("no visible carrier(s) in OTA beam map",
+              explain("NONE_VISIBLE", NoServiceCarrierReasons));
+}
+
+TEST(LookupReasonExplanation, KeepsATrailingBlank)
+{
+    EXPECT_EQ("no carrier(s) found ", explain("NO_CARRIER_FOUND", NoSignalingCarrierReasons));
+    EXPECT_EQ("no carrier(s) found", explain("NO_CARRIER_FOUND", NoServiceCarrierReasons));
+}
+
+TEST(LookupReasonExplanation, TakesTheFirstOfTwoRowsWithOneName)
+{
+    static constexpr Reason kRows[] = {
+        {0, "OTHER", "another"}, {1, "TWICE", "the first"}, {2, "TWICE", "the second"}};
+    const ReasonTable table = {kRows, kRows + 3};
+    EXPECT_EQ("the first", explain("TWICE", table));
+}
+
+TEST(LookupReasonExplanation, FindsNothingInAnEmptyTable)
+{
+    const ReasonTable table = {nullptr, nullptr};
+    EXPECT_EQ(kFailed, explain("UNKNOWN", table));
+}
+
+TEST(LookupReasonExplanation, SharesTheTextOfTheTable)
+{
+    Json::Value root;
+    root["reason"] = "MBB";
+    const SharedText text = lookupReasonExplanation(root, "reason", BeamSwitchTypes);
+    EXPECT_EQ(BeamSwitchTypes.begin()[0].explanation, text.characters());
+}
+
+TEST(LookupReasonExplanation, ReadsTheNameUpToItsFirstNul)
+{
+    EXPECT_EQ("Make-Before-Break(MBB) beam switch",
+              explain(Json::Value(std::string("MBB\0X", 5)), BeamSwitchTypes));
+}
+
+TEST(LookupReasonExplanation, ExplainsNoValueThatIsNoString)
+{
+    Json::Value array;
+    array.append("MBB");
+    Json::Value object;
+    object["MBB"] = "MBB";
+    for (const Json::Value& value :
+         {Json::Value(), Json::Value(0), Json::Value(0.0), Json::Value(true),
+          Json::Value(Json::UInt64{1}), array, object}) {
+        EXPECT_EQ(kFailed, explain(value, BeamSwitchTypes));
+    }
+}
+
+TEST(LookupReasonExplanation, ComparesTheWholeKey)
+{
+    Json::Value root;
+    root["reason"] = "MBB";
+    const auto explanationFor = [&root](std::string_view key) {
+        return std::string(lookupReasonExplanation(root, key, BeamSwitchTypes).characters());
+    };
+    EXPECT_EQ("Make-Before-Break(MBB) beam switch", explanationFor("reason"));
+    EXPECT_EQ(kFailed, explanationFor("Reason"));
+    EXPECT_EQ(kFailed, explanationFor("reaso"));
+    EXPECT_EQ(kFailed, explanationFor("reasons"));
+    EXPECT_EQ(kFailed, explanationFor(std::string_view("reason\0", 7)));
+    EXPECT_EQ(kFailed, explanationFor(""));
+}
+
+TEST(LookupReasonExplanation, FindsNothingInARootThatIsNoObject)
+{
+    Json::Value array;
+    array.append("reason");
+    for (const Json::Value& root : {Json::Value(), Json::Value("reason"), Json::Value(1), array}) {
+        const CapturedCout output;
+        const SharedText text = lookupReasonExplanation(root, "reason", BeamSwitchTypes);
+        EXPECT_STREQ(kFailed, text.characters());
+        EXPECT_EQ("", output.text());
+    }
+}
+
+} // namespace
+} // namespace eventsviewer

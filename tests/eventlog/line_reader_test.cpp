@@ -1,0 +1,109 @@
+#include "eventlog/line_reader.h"
+
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+namespace eventsviewer {
+namespace {
+
+std::vector<std::string> linesOf(const std::string& path)
+{
+    LineReader reader(path);
+    std::vector<std::string> lines;
+    std::string_view line;
+    while (reader.next(line)) {
+        lines.emplace_back(line);
+    }
+    EXPECT_FALSE(reader.next(line)) << "a line behind the last one";
+    return lines;
+}
+
+class LineReaderTest : public testing::Test {
+protected:
+    std::vector<std::string> linesOfText(const std::string& text) const
+    {
+        return linesOf(folder_.write("text", text));
+    }
+
+    TemporaryFolder folder_;
+};
+
+using Lines = std::vector<std::string>;
+
+TEST_F(LineReaderTest, GivesEachLineWithoutItsLineFeed)
+{
+    EXPECT_EQ((Lines{"one", "", "three\r"}), linesOfText("one\n\nthree\r\n"));
+}
+
+TEST_F(LineReaderTest, NeedsNoLineFeedBehindTheLastLine)
+{
+    EXPECT_EQ((Lines{"one", "two"}), linesOfText("one\ntwo"));
+}
+
+TEST_F(LineReaderTest, GivesNothingForAnEmptyFile)
+{
+    EXPECT_EQ(Lines{}, linesOfText(""));
+}
+
+TEST_F(LineReaderTest, KeepsNulBytes)
+{
+    EXPECT_EQ((Lines{std::string("a\0b", 3), std::string("\0", 1)}),
+              linesOfText(std::string("a\0b\n\0", 5)));
+}
+
+TEST_F(LineReaderTest, GivesNothingForAFileThatCannotBeOpened)
+{
+    EXPECT_EQ(Lines{}, linesOf(folder_.path("missing")));
+}
+
+TEST_F(LineReaderTest, GivesNothingForAFolder)
+{
+    EXPECT_EQ(Lines{}, linesOf(folder_.path(".")));
+}
+
+TEST_F(LineReaderTest, JoinsLinesThatLieAcrossBlocks)
+{
+    // Lengths around the size of a block and its multiples, so that the line feed is the last byte
+    // of a block, the first of the next, and everything near.
+    for (const std::size_t block : {65536U, 131072U, 262144U}) {
+        for (std::size_t length = block - 3; length <= block + 3; ++length) {
+            const std::string first(length, 'a');
+            const std::string second(length, 'b');
+            EXPECT_EQ((Lines{first, second, "end"}), linesOfText(first + '\n' + second + "\nend"));
+        }
+    }
+}
+
+TEST_F(LineReaderTest, GivesManyShortLinesUnchanged)
+{
+    Lines lines;
+    std::string text;
+    for (int i = 0; i < 50'000; ++i) {
+        lines.push_back("line " + std::to_string(i));
+        text += lines.back() + '\n';
+    }
+    EXPECT_EQ(lines, linesOfText(text));
+}
+
+TEST_F(LineReaderTest, GivesTheFileBack)
+{
+    const std::string path = folder_.write("text", "one\n");
+    const auto lowestFreeDescriptor = [&path] {
+        const int descriptor = open(path.c_str(), O_RDONLY);
+        close(descriptor);
+        return descriptor;
+    };
+    const int before = lowestFreeDescriptor();
+    EXPECT_EQ(Lines{"one"}, linesOf(path));
+    EXPECT_EQ(before, lowestFreeDescriptor());
+}
+
+} // namespace
+} // namespace eventsviewer

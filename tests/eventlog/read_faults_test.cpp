@@ -1,0 +1,84 @@
+#include "eventlog/line_reader.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/types.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace {
+
+// What the next reads do, first things first: fail with this number, or read no more than one byte
+// for a 0. Behind these, reading works as ever.
+std::vector<int> faults;
+
+} // namespace
+
+// The linker leads the program's own calls of read here (--wrap). NOLINTBEGIN
+extern "C" {
+
+ssize_t __real_read(int descriptor, void* buffer, std::size_t size);
+
+ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size)
+{
+    if (faults.empty()) {
+        return __real_read(descriptor, buffer, size);
+    }
+    const int fault = faults.front();
+    faults.erase(faults.begin());
+    if (fault == 0) {
+        return __real_read(descriptor, buffer, std::min<std::size_t>(size, 1));
+    }
+    errno = fault;
+    return -1;
+}
+}
+// NOLINTEND
+
+namespace eventsviewer {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+Lines linesOfText(const std::string& text, const std::vector<int>& readFaults)
+{
+    const TemporaryFolder folder;
+    LineReader reader(folder.write("text", text));
+    faults = readFaults;
+    Lines lines;
+    std::string_view line;
+    while (reader.next(line)) {
+        lines.emplace_back(line);
+    }
+    EXPECT_FALSE(reader.next(line)) << "a line behind the last one";
+    EXPECT_TRUE(faults.empty()) << "not read to the last fault";
+    return lines;
+}
+
+TEST(ReadFaults, AnInterruptedReadIsTakenUpAgain)
+{
+    EXPECT_EQ((Lines{"one", "two"}), linesOfText("one\ntwo\n", {EINTR, EINTR, 0, EINTR}));
+}
+
+TEST(ReadFaults, ShortReadsLoseNothing)
+{
+    EXPECT_EQ((Lines{"one", "", "two"}), linesOfText("one\n\ntwo", {0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST(ReadFaults, AnErrorEndsTheFileBehindTheLineBefore)
+{
+    EXPECT_EQ(Lines{"o"}, linesOfText("o\ntwo\nthree\n", {0, 0, 0, EIO}));
+}
+
+TEST(ReadFaults, AnErrorAtTheFirstByteLeavesNothing)
+{
+    EXPECT_EQ(Lines{}, linesOfText("one\n", {EIO}));
+}
+
+} // namespace
+} // namespace eventsviewer

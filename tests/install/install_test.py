@@ -1,0 +1,74 @@
+#!/usr/bin/env python3
+"""Installs the build into scratch folders and looks at what is there: these files and no other.
+
+usage: install_test.py --cmake CMAKE --build BUILD --bindir .. --mandir .. --docdir .. --datadir ..
+
+The folders are those of the build, as CMake's GNUInstallDirs names them.
+"""
+
+import argparse
+import os
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+
+def expected_files(dirs):
+    return sorted([
+        f"{dirs.bindir}/events-viewer",
+        f"{dirs.mandir}/man1/events-viewer.1",
+        f"{dirs.datadir}/bash-completion/completions/events-viewer",
+        f"{dirs.datadir}/zsh/site-functions/_events-viewer",
+        f"{dirs.datadir}/fish/vendor_completions.d/events-viewer.fish",
+        *(f"{dirs.docdir}/{name}" for name in (
+            "ARCHITECTURE.md", "CHANGELOG.md", "CONTRIBUTING.md", "LICENSE", "README.md",
+            "doc/budgets.md", "doc/log-format.md", "doc/performance.md", "doc/performance.svg",
+            "doc/recipes.md",
+            "doc/pictures/architecture.svg", "doc/pictures/log.svg", "doc/pictures/table.svg",
+            "examples/events_report", "examples/events_report.0")),
+    ])
+
+
+def files_below(folder):
+    return sorted(str(path.relative_to(folder)) for path in folder.rglob("*") if not path.is_dir())
+
+
+def difference(where, expected, actual):
+    return [*(f"{where}: {name} is missing" for name in sorted({*expected} - {*actual})),
+            *(f"{where}: {name} is not expected" for name in sorted({*actual} - {*expected}))]
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    for name in ("cmake", "build", "bindir", "mandir", "docdir", "datadir"):
+        parser.add_argument(f"--{name}", required=True)
+    args = parser.parse_args()
+    expected = expected_files(args)
+    with tempfile.TemporaryDirectory() as scratch:
+        scratch = Path(scratch)
+        install = [args.cmake, "--install", args.build]
+
+        # Whoever makes a package installs into a stage, for a prefix that is not there. It also
+        # keeps what is meant for another place away from this machine.
+        stage = scratch / "stage"
+        subprocess.run([*install, "--prefix", "/opt/viewer"], check=True,
+                       stdout=subprocess.DEVNULL, env={**os.environ, "DESTDIR": str(stage)})
+        wrong = difference("DESTDIR", [f"opt/viewer/{name}" for name in expected],
+                           files_below(stage))
+        if wrong:
+            sys.exit("\n".join(wrong))
+
+        prefix = scratch / "prefix"
+        subprocess.run([*install, "--prefix", prefix], check=True, stdout=subprocess.DEVNULL)
+        wrong = difference("--prefix", expected, files_below(prefix))
+        modes = {str(path.relative_to(prefix)): oct(path.stat().st_mode & 0o777)
+                 for path in prefix.rglob("*") if path.is_file()}
+        wrong += [f"{name} has the mode {mode}" for name, mode in sorted(modes.items())
+                  if mode != ("0o755" if name == f"{args.bindir}/events-viewer" else "0o644")]
+    if wrong:
+        sys.exit("\n".join(wrong))
+    print(f"{len(expected)} files are installed")
+
+
+main()

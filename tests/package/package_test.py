@@ -1,0 +1,267 @@
+#!/usr/bin/env python3
+"""Takes the packages apart, and installs, runs, upgrades and removes them in scratch folders.
+
+usage: package_test.py PACKAGES THE_SAME NEXT
+
+The folders hold the packages, the same ones made elsewhere, and those of a later version in which
+the completions for fish have the name renamed.fish.
+"""
+
+import gzip
+import io
+import os
+import subprocess
+import sys
+import tarfile
+import tempfile
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent.parent
+SAMPLE = ROOT / "examples" / "events_report"
+EXPECTED_EVENTS = (Path(__file__).parent / "last_3_events").read_bytes()
+EMULATOR = ["qemu-ppc", "-L", "/usr/powerpc-linux-gnu"]
+
+PROGRAM = "usr/bin/events-viewer"
+DOC = "usr/share/doc/events-viewer"
+FISH = "usr/share/fish/vendor_completions.d/events-viewer.fish"
+COMMON_FILES = [PROGRAM, FISH, "usr/share/bash-completion/completions/events-viewer",
+                "usr/share/man/man1/events-viewer.1.gz"]
+BOARD_FILES = sorted([*COMMON_FILES, "usr/share/zsh/site-functions/_events-viewer",
+                      f"{DOC}/LICENSE", f"{DOC}/LICENSE.jsoncpp"])
+PC_FILES = sorted([*COMMON_FILES, "usr/share/zsh/vendor-completions/_events-viewer",
+                   *(f"{DOC}/{name}" for name in (
+                       "ARCHITECTURE.md", "CONTRIBUTING.md", "README.md", "changelog.Debian.gz",
+                       "changelog.gz", "copyright", "doc/budgets.md", "doc/log-format.md",
+                       "doc/performance.md", "doc/performance.svg", "doc/recipes.md",
+                       "doc/pictures/architecture.svg", "doc/pictures/log.svg",
+                       "doc/pictures/table.svg",
+                       "examples/events_report", "examples/events_report.0"))])
+HARDENING = ["Position Independent Executable: yes", "Stack protected: yes",
+             "Fortify Source functions: yes", "Read-only relocations: yes",
+             "Immediate binding: yes"]
+
+failures = []
+
+
+def expect(truth, what):
+    if not truth:
+        failures.append(what)
+
+
+def output_of(*command, **options):
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, **options).stdout
+
+
+def files_below(folder):
+    return sorted(str(path.relative_to(folder)) for path in folder.rglob("*")
+                  if path.is_symlink() or not path.is_dir())
+
+
+def renamed(files):
+    return sorted(name.replace("events-viewer.fish", "renamed.fish") for name in files)
+
+
+def only(folder, pattern):
+    found = list(folder.glob(pattern))
+    if len(found) != 1:
+        sys.exit(f"{len(found)} files {pattern} in {folder}, not one")
+    return found[0]
+
+
+def check_files(what, root, files):
+    found = files_below(root)
+    expect(found == sorted(files), f"{what}: has {found}, not {sorted(files)}")
+
+
+def check_program(what, root, emulator):
+    run = subprocess.run([*emulator, root / PROGRAM, "--show", "-n", "3", "--input_file", SAMPLE],
+                         stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+    expect(run.returncode == 0 and run.stdout == EXPECTED_EVENTS,
+           f"{what}: the program ends with {run.returncode} and prints\n{run.stdout.decode()}")
+
+
+def check_binary(what, root):
+    program = root / PROGRAM
+    # Control flow protection is for x86 alone.
+    report = subprocess.run(["hardening-check", "--nocfprotection", program], check=False, text=True,
+                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+    for line in HARDENING:
+        expect(line in report, f"{what}: no \"{line}\" in\n{report}")
+    expect(".symtab" not in output_of("readelf", "-SW", program, text=True),
+           f"{what}: the program is not stripped")
+    expect(bytes(ROOT) not in program.read_bytes(), f"{what}: the program names its build folder")
+
+
+def check_archive(what, data):
+    """The members of a tar archive are root's and of one date; there are some."""
+    with tarfile.open(fileobj=io.BytesIO(data)) as archive:
+        members = archive.getmembers()
+    expect(members, f"{what}: empty")
+    expect({(member.uid, member.gid) for member in members} == {(0, 0)}, f"{what}: not all root's")
+    expect(len({member.mtime for member in members}) == 1, f"{what}: of several dates")
+    for member in members:
+        mode = 0o755 if member.isdir() or member.name.endswith(PROGRAM) else 0o644
+        expect(member.mode == mode, f"{what}: {member.name} has the mode {member.mode:o}")
+
+
+def check_licences(root):
+    doc = root / DOC
+    expect((doc / "LICENSE").read_bytes() == (ROOT / "LICENSE").read_bytes(), "our licence differs")
+    text = " ".join((doc / "LICENSE.jsoncpp").read_text().split())
+    for part in ("Copyright (c) 2007-2010 Baptiste Lepilleur",
+                 "Permission is hereby granted, free of charge, to any person",
+                 "The above copyright notice and this permission notice shall be included"):
+        expect(part in text, f"JsonCpp's licence lacks \"{part}\"")
+
+
+def newest_version(program, prefix):
+    """The newest version of a library's symbols that the program asks for."""
+    versions = output_of("readelf", "-VW", program, text=True).split()
+    return max(tuple(map(int, version[len(prefix):].split(".")))
+               for version in versions if version.startswith(prefix))
+
+
+def check_board_dependencies(package, root):
+    """They are written down by hand: the program must not ask for more."""
+    expect(output_of("dpkg-deb", "-f", package, "Depends", text=True).strip() ==
+           "libc6 (>= 2.34), libstdc++6 (>= 11)", "the board's dependencies are others")
+    expect(newest_version(root / PROGRAM, "GLIBC_") <= (2, 34), "libc6 2.34 is not enough")
+    # What libstdc++ 11 has: 3.4.29.
+    expect(newest_version(root / PROGRAM, "GLIBCXX_") <= (3, 4, 29), "libstdc++6 11 is not enough")
+
+
+def check_pc_dependencies(package):
+    depends = output_of("dpkg-deb", "-f", package, "Depends", text=True)
+    names = {part.split()[0] for part in depends.split(",")}
+    expect(names == {"libc6", "libgcc-s1", "libjsoncpp25", "libstdc++6"},
+           f"the .deb depends on {depends}")
+
+
+class Installation:
+    """A scratch root with a package manager of its own. dpkg reads an .ipk too."""
+
+    def __init__(self, folder):
+        self.root, self.database = folder / "root", folder / "database"
+        for made in (self.root, self.database / "info", self.database / "updates"):
+            made.mkdir(parents=True)
+        (self.database / "status").touch()
+
+    def dpkg(self, *arguments):
+        path = f"{os.environ['PATH']}:/usr/sbin:/sbin"
+        output_of("dpkg", f"--instdir={self.root}", f"--admindir={self.database}",
+                  f"--log={self.database}/log", "--force-not-root", "--force-depends",
+                  "--force-architecture", "--path-include=*", *arguments,
+                  stderr=subprocess.PIPE, env={**os.environ, "PATH": path})
+
+    def version(self):
+        return output_of("dpkg-query", f"--admindir={self.database}", "-W", "-f", "${Version}",
+                         "events-viewer", text=True)
+
+
+def check_life(what, scratch, first, following, files, emulator):
+    """Installs a package, upgrades it, removes it."""
+    installation = Installation(scratch)
+    root = installation.root
+    for package, expected in ((first, files), (following, renamed(files))):
+        installation.dpkg("--install", package)
+        check_files(f"{what}, installed", root, expected)
+        check_program(f"{what}, installed", root, emulator)
+        version = output_of("dpkg-deb", "-f", package, "Version", text=True).strip()
+        expect(installation.version() == version, f"{what}: {installation.version()} is installed")
+    installation.dpkg("--purge", "events-viewer")
+    left = [str(path) for path in root.rglob("*")]
+    expect(not left, f"{what}: leaves behind {left}")
+
+
+def unpack(archive, root):
+    with tarfile.open(archive) as opened:
+        names = opened.getnames()
+    output_of("tar", "--extract", "--file", archive, "--directory", root)
+    return names
+
+
+def check_plain_life(scratch, first, following):
+    """Unpacks the archive, unpacks the next one in its place, removes what that one lists."""
+    root = scratch / "root"
+    root.mkdir()
+    real_share = scratch / "elsewhere"
+    (root / "usr").mkdir(mode=0o700)
+    real_share.mkdir()
+    (root / "usr/share").symlink_to(real_share)
+
+    old_names = unpack(first, root)
+    expect(sorted(old_names) == BOARD_FILES, f".tar.gz: has {old_names}")
+    check_program(".tar.gz, unpacked", root, EMULATOR)
+    check_binary(".tar.gz", root)
+    check_licences(root)
+    for name in old_names:
+        (root / name).unlink()
+    names = unpack(following, root)
+    expect(sorted(names) == renamed(BOARD_FILES), f".tar.gz of the next version: has {names}")
+    check_program(".tar.gz, upgraded", root, EMULATOR)
+    expect((root / "usr").stat().st_mode & 0o777 == 0o700 and (root / "usr/share").is_symlink(),
+           ".tar.gz: unpacking changes the folders that were there")
+    for name in names:
+        (root / name).unlink()
+    left = files_below(root / "usr/bin") + files_below(real_share)
+    expect(not left, f".tar.gz: leaves behind {left}")
+
+
+def check_members(package, compression):
+    members = output_of("ar", "t", package, text=True).split()
+    expect(members == ["debian-binary", f"control.tar.{compression}", f"data.tar.{compression}"],
+           f"{package.name}: is made of {members}")
+    for member in members[1:]:
+        data = output_of("ar", "p", package, member)
+        if member.startswith("data"):
+            check_archive(f"{package.name}, {member}", data)
+        if compression == "gz":
+            expect(data[4:8] == b"\0\0\0\0", f"{package.name}, {member}: gzip tells a date")
+
+
+def unpacked(package, folder):
+    output_of("dpkg-deb", "--extract", package, folder)
+    return folder
+
+
+def main():
+    packages, same, following = map(Path, sys.argv[1:])
+    names = sorted(path.name for path in packages.iterdir())
+    ipk, deb = only(packages, "*.ipk"), only(packages, "*.deb")
+    plain = only(packages, "*.tar.gz")
+    expect(len(names) == 3, f"packages of three kinds are expected, not {names}")
+    for name in names:
+        expect((packages / name).read_bytes() == (same / name).read_bytes(),
+               f"{name}: made elsewhere it is another")
+
+    with tempfile.TemporaryDirectory() as scratch:
+        scratch = Path(scratch)
+        board_root = unpacked(ipk, scratch / "unpacked-ipk")
+        pc_root = unpacked(deb, scratch / "unpacked-deb")
+        for what, root, files in ((".ipk", board_root, BOARD_FILES), (".deb", pc_root, PC_FILES)):
+            check_files(what, root, files)
+            check_binary(what, root)
+            page = gzip.decompress((root / "usr/share/man/man1/events-viewer.1.gz").read_bytes())
+            expect(page == (ROOT / "doc/events-viewer.1").read_bytes(), f"{what}: another manual")
+        check_licences(board_root)
+        check_board_dependencies(ipk, board_root)
+        check_pc_dependencies(deb)
+        check_members(ipk, "gz")
+        check_members(deb, "xz")
+        check_archive(".tar.gz", plain.read_bytes())
+
+        check_life(".ipk", scratch / "ipk", ipk, only(following, "*.ipk"), BOARD_FILES, EMULATOR)
+        check_life(".deb", scratch / "deb", deb, only(following, "*.deb"), PC_FILES, [])
+        (scratch / "plain").mkdir()
+        check_plain_life(scratch / "plain", plain, only(following, "*.tar.gz"))
+
+    lintian = subprocess.run(["lintian", "--fail-on", "error,warning", deb], check=False, text=True,
+                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    expect(lintian.returncode == 0, f"lintian: {lintian.stdout}")
+
+    if failures:
+        sys.exit("\n".join(failures))
+    print(f"{', '.join(names)}: the same from two folders, installed, run, upgraded and removed")
+
+
+main()

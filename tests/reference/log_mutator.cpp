@@ -1,0 +1,201 @@
+#include "reference/log_mutator.h"
+
+#include "catalog/event_name_table.h"
+#include "describe/description_catalog.h"
+#include "reference/log_tokens.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace eventsviewer::reference {
+
+std::string LogMutator::pick(const std::vector<std::string_view>& choices)
+{
+    return std::string(choices[below(choices.size())]);
+}
+
+std::string LogMutator::textValue()
+{
+    return '"' + pick(kWords) + '"';
+}
+
+std::string LogMutator::anyValue()
+{
+    return oneIn(12) ? pick(kOtherValues) : textValue();
+}
+
+std::string LogMutator::variables(const Description& description)
+{
+    std::string text;
+    for (const Slot& slot : description.slots) {
+        if (oneIn(20)) {
+            continue;
+        }
+        const bool explained = slot.reasons != nullptr && oneIn(2);
+        text += (text.empty() ? "\"" : ",\"") + std::string(slot.key) + "\":" +
+                (explained ? '"' + std::string(slot.reasons->begin()->name) + '"' : anyValue());
+    }
+    return '{' + text + '}';
+}
+
+std::string LogMutator::time()
+{
+    return "\"Nov 20 08:" + std::to_string(10 + below(50)) + ':' + std::to_string(10 + below(50)) +
+           '"';
+}
+
+// The members in the writer's order, or another one; with blanks after the punctuation, or without.
+std::string LogMutator::event()
+{
+    const Description& description = DescriptionCatalog[below(std::size(DescriptionCatalog))];
+    std::int32_t code = description.code;
+    if (oneIn(8)) {
+        code = oneIn(2) ? EventNameTable[below(std::size(EventNameTable))].code
+                        : static_cast<std::int32_t>(below(2000));
+    }
+    const std::string colon = oneIn(3) ? ": " : ":";
+    std::vector<std::string> members = {"\"id\"" + colon + std::to_string(code),
+                                        "\"time\"" + colon + time(),
+                                        "\"vars\"" + colon + variables(description)};
+    if (oneIn(4)) {
+        std::rotate(members.begin(), members.begin() + 1, members.end());
+    }
+    if (oneIn(8)) {
+        std::swap(members[1], members[2]);
+    }
+    const std::string comma = colon == ": " ? ", " : ",";
+    return '{' + members[0] + comma + members[1] + comma + members[2] + '}';
+}
+
+std::size_t LogMutator::placeIn(const std::string& line)
+{
+    return below(line.size() + 1);
+}
+
+// Where a token begins or ends, often near the beginning.
+std::size_t LogMutator::tokenPlaceIn(const std::string& line)
+{
+    const std::size_t from = oneIn(2) ? below(14) : placeIn(line);
+    const std::size_t at = line.find_first_of("{}:,\"", std::min(from, line.size()));
+    return at == std::string::npos ? line.size() : at + below(2);
+}
+
+void LogMutator::changeBytes(std::string& line)
+{
+    const std::size_t at = line.empty() ? 0 : below(line.size());
+    switch (below(4)) {
+    case 0:
+        if (!line.empty()) {
+            line[at] = static_cast<char>(line[at] ^ (1 << below(8)));
+        }
+        return;
+    case 1:
+        line.erase(at, 1 + below(8));
+        return;
+    case 2:
+        line.insert(at, line.substr(placeIn(line), 1 + below(30)));
+        return;
+    default:
+        line.resize(at); // as a power cut leaves it
+    }
+}
+
+void LogMutator::changeId(std::string& line)
+{
+    const std::size_t key = line.find("\"id\"");
+    if (key == std::string::npos) {
+        return;
+    }
+    const std::size_t value = key + 5;
+    switch (below(7)) {
+    case 0:
+        line.replace(key, 4, pick(kIdKeys));
+        return;
+    case 1: // a second one behind the first
+        line.insert(std::min(line.find_last_of('}'), line.size()),
+                    ',' + pick(kIdKeys) + ':' + pick(kIdValues));
+        return;
+    case 2:
+        line.insert(std::min(key + 4 + below(2), line.size()), pick(kBlanks));
+        line.insert(key, pick(kBlanks));
+        return;
+    case 3: // the number's end
+        line.insert(std::min(line.find_first_of(",}", key), line.size()), pick(kBlanks));
+        return;
+    case 4:
+        if (value <= line.size()) {
+            line.replace(key + 4, 1, pick(kNoColons));
+        }
+        return;
+    default:
+        if (value <= line.size()) {
+            const std::size_t end = std::min(line.find_first_of(",}", value), line.size());
+            line.replace(value, end - value, pick(kIdValues));
+        }
+    }
+}
+
+void LogMutator::growToAThousandBytes(std::string& line)
+{
+    const std::size_t wanted = 990 + below(20);
+    if (line.size() < wanted) {
+        const std::size_t quote = line.find_last_of('"');
+        line.insert(quote == std::string::npos ? 0 : quote, wanted - line.size(), 'x');
+    }
+}
+
+void LogMutator::mutate(std::string& line)
+{
+    switch (below(12)) {
+    case 0:
+    case 1:
+        return changeBytes(line);
+    case 2:
+    case 3:
+    case 4:
+    case 5:
+        return changeId(line);
+    case 6:
+        line.insert(0, pick(kPrefixes));
+        return;
+    case 7:
+        return growToAThousandBytes(line);
+    case 8:
+        line += pick(kSuffixes);
+        return;
+    case 9:
+        line.insert(placeIn(line), pick(kTokens));
+        return;
+    default:
+        line.insert(tokenPlaceIn(line), pick(kTokens));
+    }
+}
+
+std::string LogMutator::line()
+{
+    if (oneIn(50)) {
+        return pick(kShortLines);
+    }
+    std::string text = event();
+    if (oneIn(2)) {
+        return text;
+    }
+    mutate(text);
+    while (oneIn(3)) {
+        mutate(text);
+    }
+    // One line stays one line.
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
+}
+
+std::string LogMutator::deepLine()
+{
+    const std::size_t depth = 985 + below(25);
+    const std::string id = pick({"\"id\":1228,", "\"id\":\"x\",", "", "\"\\u0069d\":7,"});
+    const std::string key = pick({"\"vars\":", "\"\":", "\"a\":"});
+    return '{' + id + key + std::string(depth, '[') +
+           (oneIn(2) ? std::string(depth, ']') + '}' : "");
+}
+
+} // namespace eventsviewer::reference

@@ -1,0 +1,178 @@
+#include "reference/naive.h"
+
+#include "catalog/event_name_table.h"
+#include "describe/description_catalog.h"
+#include "reference/naive_json.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <deque>
+#include <fstream>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <sstream>
+
+namespace eventsviewer::reference {
+
+namespace {
+
+struct Event {
+    std::string details;
+    std::int32_t code;
+    std::string time;
+};
+
+using Events = std::deque<std::unique_ptr<Event>>;
+
+Json::Value parsed(const std::string& text)
+{
+    Json::Value root;
+    std::stringstream stream(text);
+    extract(stream, root);
+    return root;
+}
+
+std::string cString(const Json::Value& value)
+{
+    const char* const text = asCString(value);
+    return text != nullptr ? text : "";
+}
+
+std::unique_ptr<Event> eventOf(const std::string& line)
+{
+    const std::size_t brace = line.find('{');
+    if (brace == std::string::npos) {
+        return nullptr;
+    }
+    std::cout.setstate(std::ios_base::failbit);
+    Json::Value root = parsed(line.substr(brace));
+    std::cout.clear();
+    if (!root.isObject() || !root.isMember("id")) {
+        return nullptr;
+    }
+
+    std::string time;
+    if (root.isMember("time") && root.get("time", Json::Value("")).isString()) {
+        time = cString(root.get("time", Json::Value("")));
+    }
+    std::string details = "{}";
+    if (root.isMember("vars") && root.get("vars", Json::Value("")).isObject()) {
+        Json::Value variables = root.get("vars", Json::Value(""));
+        for (const std::string& name : variables.getMemberNames()) {
+            if (variables.get(name, Json::Value("")).isNull()) {
+                variables.removeMember(name);
+            }
+        }
+        details = compact(variables).c_str();
+    }
+    return std::make_unique<Event>(Event{details, asInt(root["id"]), time});
+}
+
+Events load(const std::string& inputPath, std::size_t count)
+{
+    Events events;
+    for (const std::string& path : {inputPath + ".0", inputPath}) {
+        std::ifstream file(path);
+        std::string line;
+        while (std::getline(file, line)) {
+            std::unique_ptr<Event> event = eventOf(line);
+            if (event == nullptr) {
+                continue;
+            }
+            if (events.size() >= count) {
+                events.pop_front();
+            }
+            events.push_back(std::move(event));
+        }
+    }
+    return events;
+}
+
+std::string explanationOf(const Json::Value& root, const std::string& key, const ReasonTable& table)
+{
+    if (root.isObject() && root.isMember(key) && root.get(key, Json::Value("")).isString()) {
+        const std::string name = cString(root.get(key, Json::Value("")));
+        for (const Reason& reason : table) {
+            if (name == reason.name) {
+                return reason.explanation;
+            }
+        }
+    }
+    return "Failed to retrieve description";
+}
+
+} // namespace
+
+std::string describeEvent(std::int32_t code, const std::string& details)
+{
+    const Json::Value root = parsed(details);
+    for (const Description& description : DescriptionCatalog) {
+        if (description.code != code) {
+            continue;
+        }
+        if (description.slots.count == 0) {
+            return description.text;
+        }
+        std::string filled = description.text;
+        std::size_t searchFrom = 0;
+        for (const Slot& slot : description.slots) {
+            const std::string text = slot.reasons != nullptr
+                                         ? explanationOf(root, slot.key, *slot.reasons)
+                                         : cString(root.get(slot.key, Json::Value("")));
+            const std::size_t placeholder = filled.find("%s", searchFrom);
+            filled.replace(placeholder, 2, text);
+            searchFrom = placeholder + text.size();
+        }
+        return filled;
+    }
+    return "Unknown";
+}
+
+namespace {
+
+std::string nameOf(std::int32_t code)
+{
+    for (const EventName& row : EventNameTable) {
+        if (row.code == code) {
+            return row.name;
+        }
+    }
+    return "UNRECOGNIZED_EVENT_CODE_" + std::to_string(static_cast<std::uint32_t>(code));
+}
+
+std::string render(const Events& events)
+{
+    if (events.empty()) {
+        return "No events to display.";
+    }
+    char columns[200];
+    std::snprintf(columns, sizeof columns, "%-20s%-30s%s\n", "Timestamp", "Event", "Detail");
+    std::ostringstream table;
+    table << std::left << "Last " << events.size() << " events from " << events.front()->time
+          << " to " << events.back()->time << ":\n\n"
+          << columns << std::string(80, '=') << "\n";
+    for (const auto& event : events) {
+        std::string detail = describeEvent(event->code, event->details);
+        for (std::size_t at = 0; (at = detail.find('\n', at)) != std::string::npos; at += 50) {
+            detail.replace(at, 1, '\n' + std::string(50, ' '));
+        }
+        table << std::setw(20) << event->time << std::setw(1) << "\033[1;34m" << std::setw(30)
+              << nameOf(event->code) << "\033[0m" << detail << "\n\n";
+    }
+    return table.str();
+}
+
+} // namespace
+
+std::string recentEventsTable(const std::string& inputPath, std::size_t count)
+{
+    return render(load(inputPath, count));
+}
+
+std::string allEventsTable(const std::string& inputPath)
+{
+    return render(load(inputPath, SIZE_MAX));
+}
+
+} // namespace eventsviewer::reference

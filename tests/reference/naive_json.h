@@ -1,0 +1,24 @@
+#pragma once
+
+#include <json/value.h>
+
+#include <cstdint>
+#include <istream>
+#include <string>
+
+namespace eventsviewer::reference {
+
+/// Reads one JSON value from `stream` into `root` with a reader made for this call. An error prints
+/// a diagnostic on std::cout; one of the library's runtime errors aborts the process.
+void extract(std::istream& stream, Json::Value& root);
+
+/// `value` on one line, by a writer made for this call.
+std::string compact(const Json::Value& value);
+
+/// The text of a string; a diagnostic and a null pointer for anything else.
+const char* asCString(const Json::Value& value);
+
+/// The integer of `value`; a diagnostic and a fallback where it has none of 32 bits.
+std::int32_t asInt(const Json::Value& value);
+
+} // namespace eventsviewer::reference
