@@ -1,0 +1,56 @@
+"""Ways to measure one run of a command: its instructions, its CPU time, its memory."""
+import os
+import re
+import subprocess
+
+
+def run(command, **options):
+    """Runs `command` and returns what it prints on standard error; its output is thrown away."""
+    done = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True,
+                          check=False, **options)
+    if done.returncode != 0:
+        raise RuntimeError(f"{' '.join(command)}: status {done.returncode}\n{done.stderr}")
+    return done.stderr
+
+
+class Callgrind:
+    """Counts instructions in valgrind. The same to a few thousand from run to run."""
+
+    def count(self, command):
+        told = run(["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null", *command])
+        return int(re.search(r"Collected : (\d+)", told).group(1))
+
+
+class Emulator:
+    """Counts instructions in qemu's user emulation, five times faster than valgrind and for other
+    machines too. Needs the plugin that count_instructions.c makes."""
+
+    def __init__(self, command, plugin, scratch):
+        self.command = command
+        self.plugin = plugin
+        self.result = os.path.join(scratch, "instructions")
+
+    def count(self, command):
+        run([*self.command, "-plugin", f"file={self.plugin},out={self.result}", *command])
+        with open(self.result, encoding="ascii") as file:
+            count = int(file.read())
+        os.remove(self.result)
+        return count
+
+
+def cpu_seconds(command, runs):
+    """The least CPU time, of the process and of the kernel for it, in `runs` runs."""
+    times = []
+    for _ in range(runs):
+        with subprocess.Popen(command, stdout=subprocess.DEVNULL) as process:
+            _, status, usage = os.wait4(process.pid, 0)
+            process.returncode = os.waitstatus_to_exitcode(status)
+        if process.returncode != 0:
+            raise RuntimeError(f"{' '.join(command)}: status {process.returncode}")
+        times.append(usage.ru_utime + usage.ru_stime)
+    return min(times)
+
+
+def peak_bytes(command):
+    """The largest resident size. By a small helper: measured from here it would be Python's own."""
+    return int(run(["/usr/bin/time", "-f", "%M", *command]).split()[-1]) * 1024

@@ -1,0 +1,5 @@
+// Does nothing: what starting a program with the standard streams costs.
+
+#include <iostream>
+
+int main() {}

@@ -1,0 +1,53 @@
+#include "checks.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace eventsviewer::fuzz {
+
+namespace {
+
+void printEscaped(const char* title, std::string_view text)
+{
+    std::fprintf(stderr, "-- %s, %zu bytes:\n", title, text.size());
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool plain = byte == '\n' || (byte >= 0x20 && byte < 0x7f);
+        std::fprintf(stderr, plain ? "%c" : "\\x%02x", byte);
+    }
+    std::fputc('\n', stderr);
+}
+
+} // namespace
+
+void checkSame(std::string_view actual, std::string_view expected, const char* rule)
+{
+    if (actual != expected) {
+        printEscaped("actual", actual);
+        printEscaped("expected", expected);
+        check(false, rule);
+    }
+}
+
+void check(bool holds, const char* rule)
+{
+    if (!holds) {
+        std::fprintf(stderr, "Broken rule: %s\n", rule);
+        std::abort();
+    }
+}
+
+bool nestsDeeper(std::string_view text, std::size_t limit)
+{
+    std::size_t opened = 0;
+    for (const char c : text) {
+        if (c == '\n') {
+            opened = 0;
+        } else if ((c == '{' || c == '[') && ++opened > limit) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace eventsviewer::fuzz

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace eventsviewer::fuzz {
+
+/// Where `actual` is not `expected`, shows both with the `rule` that is broken, and aborts.
+void checkSame(std::string_view actual, std::string_view expected, const char* rule);
+
+/// Where the `rule` is broken, names it and aborts.
+void check(bool holds, const char* rule);
+
+/// Whether a line of `text` may nest more than `limit` objects and arrays. Reading such a line ends
+/// the process on purpose.
+bool nestsDeeper(std::string_view text, std::size_t limit);
+
+} // namespace eventsviewer::fuzz
