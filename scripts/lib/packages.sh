@@ -1,0 +1,51 @@
+# shellcheck shell=sh
+# Needs steps.sh.
+
+# require_packages PACKAGE...: installs those of the Debian packages that are missing, without a
+# question. Where it cannot install it names them and succeeds all the same: other systems have the
+# same tools under other package names. require_tools finds out.
+require_packages() {
+    packages_missing=
+    for package in "$@"; do
+        is_package_installed "$package" || packages_missing="$packages_missing $package"
+    done
+    if [ -z "$packages_missing" ]; then
+        return
+    fi
+
+    if ! command -v apt-get >/dev/null; then
+        echo "There is no apt-get here. Needed are, by their Debian names: $*"
+    elif [ "$(id -u)" -eq 0 ]; then
+        install_packages env
+    elif command -v sudo >/dev/null; then
+        install_packages sudo env
+    else
+        echo "Installing takes root or sudo. Missing Debian packages:$packages_missing"
+    fi
+}
+
+# require_tools TOOL...: fails and names those of the commands that are not to be found.
+require_tools() {
+    tools_missing=
+    for tool in "$@"; do
+        command -v "$tool" >/dev/null || tools_missing="$tools_missing $tool"
+    done
+    if [ -n "$tools_missing" ]; then
+        echo "Install these commands, then try again:$tools_missing" >&2
+        return 1
+    fi
+}
+
+is_package_installed() {
+    dpkg-query -W -f '${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
+}
+
+# install_packages PREFIX...: installs $packages_missing with apt-get behind PREFIX.
+install_packages() {
+    echo "Installing with apt-get:$packages_missing"
+    # A machine just started may still be busy with updates of its own: wait for their lock.
+    set -- "$@" DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300
+    quietly "$@" update || return
+    # shellcheck disable=SC2086 # a list of names
+    quietly "$@" install --yes --no-install-recommends $packages_missing
+}

@@ -1,0 +1,14 @@
+# shellcheck shell=sh
+
+# step TEXT: says what comes next.
+step() {
+    printf '\n== %s\n' "$*"
+}
+
+# quietly COMMAND...: runs COMMAND and shows its output only when it fails; returns its status.
+quietly() {
+    quietly_output=$("$@" 2>&1 </dev/null) && return
+    quietly_status=$?
+    printf '%s\nFailed: %s\n' "$quietly_output" "$*" >&2
+    return "$quietly_status"
+}
