@@ -63,10 +63,10 @@ Row rowOf(std::unique_ptr<EventRecord> event)
 {
     const std::string details = describeEvent(event->code, event->details).characters();
     const std::string time = event->time;
-    const std::string name = eventNameFor(event->code);
+    const std::string name = eventNameFor(event->code).characters();
     EventStore store;
     store.push_back(std::move(event));
-    const std::string table = renderEventTable(store, 1);
+    const std::string table = renderEventTable(std::move(store), 1);
 
     const std::string above = heading(1, time, time);
     checkSame(table.substr(0, above.size()), above, "the heading of one event");

@@ -18,18 +18,19 @@ void printHelp(const char* programName)
     std::printf("Usage: %s [OPTIONS] [PARAMS]\n\n", programName);
     // The default files named here are not the ones in use (see Options); both are meant.
     // clang-format off
-    std::puts("Options:");
-    std::puts("  -s, --show                convert most recent events to human readable format and print in a table");
-    std::puts("  -a, --all                 convert all events to human readable format and print in a table");
-    std::puts("  -l, --log                 convert all events to human readable format and save to output_file");
-    std::puts("  -h, --help                display this help and exit\n\n");
-    std::puts("Parameters:");
-    std::puts("  -i, --input_file <name>   read events (in machine format) from this file");
-    std::puts("                              (default input file: /common/events_record)");
-    std::puts("  -o, --output_file <name>  output events (in human readable format) to this file");
-    std::puts("                              (default output file: /tmp/events_record)");
-    std::puts("  -n, --number <number>     maximum number of events to show");
-    std::puts("                              (default: 10 events)");
+    std::puts(
+        "Options:\n"
+        "  -s, --show                convert most recent events to human readable format and print in a table\n"
+        "  -a, --all                 convert all events to human readable format and print in a table\n"
+        "  -l, --log                 convert all events to human readable format and save to output_file\n"
+        "  -h, --help                display this help and exit\n\n\n"
+        "Parameters:\n"
+        "  -i, --input_file <name>   read events (in machine format) from this file\n"
+        "                              (default input file: /common/events_record)\n"
+        "  -o, --output_file <name>  output events (in human readable format) to this file\n"
+        "                              (default output file: /tmp/events_record)\n"
+        "  -n, --number <number>     maximum number of events to show\n"
+        "                              (default: 10 events)");
     // clang-format on
 }
 

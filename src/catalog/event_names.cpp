@@ -2,19 +2,17 @@
 
 #include "catalog/event_name_table.h"
 #include "catalog/find_code.h"
-#include "text/shared_text.h"
 
 #include <cinttypes>
 
 namespace eventsviewer {
 
-std::string eventNameFor(std::int32_t code)
+SharedText eventNameFor(std::int32_t code)
 {
     if (const EventName* const row = findCode(EventNameTable, code)) {
-        return row->name;
+        return textFromConstant(row->name);
     }
-    return formatText("UNRECOGNIZED_EVENT_CODE_%" PRIu32, static_cast<std::uint32_t>(code))
-        .characters();
+    return formatText("UNRECOGNIZED_EVENT_CODE_%" PRIu32, static_cast<std::uint32_t>(code));
 }
 
 } // namespace eventsviewer

@@ -2,13 +2,15 @@
 
 #include "jsonaccess/json_access.h"
 
-#include <algorithm>
 #include <iostream>
 #include <string>
 
 namespace eventsviewer {
 
 namespace {
+
+constexpr std::string_view kId = "id";
+constexpr std::string_view kTime = "time";
 
 // A damaged log is no news to its reader: what the parser says about its lines is dropped.
 Json::Value parseSilently(std::string_view text)
@@ -22,21 +24,22 @@ Json::Value parseSilently(std::string_view text)
 
 std::string timeOf(const Json::Value& root)
 {
-    const Json::Value& time = jsonaccess::get(root, "time");
+    const Json::Value& time = jsonaccess::get(root, kTime);
     return time.isString() ? jsonaccess::asCString(time) : "";
 }
 
-bool isNull(const Json::Value& value)
+bool hasNullMember(const Json::Value& object)
 {
-    return value.isNull();
+    for (const Json::Value& member : object) {
+        if (member.isNull()) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void removeNullMembers(Json::Value& object)
 {
-    // Listing the names costs as much as parsing some of them, and hardly ever finds a null.
-    if (std::none_of(object.begin(), object.end(), isNull)) {
-        return;
-    }
     for (const std::string& name : jsonaccess::getMemberNames(object)) {
         if (jsonaccess::get(object, name).isNull()) {
             jsonaccess::removeMember(object, name);
@@ -44,14 +47,17 @@ void removeNullMembers(Json::Value& object)
     }
 }
 
-std::string detailsOf(Json::Value& root)
+SharedText detailsOf(Json::Value& root)
 {
     Json::Value& variables = jsonaccess::member(root, "vars");
     if (!variables.isObject()) {
-        return "{}";
+        return textFromLiteral("{}");
     }
-    removeNullMembers(variables);
-    return jsonaccess::writeCompact(variables);
+    // Listing the names costs as much as parsing some of them, and hardly ever finds a null.
+    if (hasNullMember(variables)) {
+        removeNullMembers(variables);
+    }
+    return textFromLiteral(jsonaccess::writeCompact(variables).c_str());
 }
 
 } // namespace
@@ -63,12 +69,12 @@ std::unique_ptr<EventRecord> parseEventLine(std::string_view line)
         return nullptr;
     }
     Json::Value root = parseSilently(line.substr(brace));
-    if (!root.isObject() || !jsonaccess::isMember(root, "id")) {
+    if (!root.isObject() || !jsonaccess::isMember(root, kId)) {
         return nullptr;
     }
     std::string time = timeOf(root);
-    SharedText details = textFromLiteral(detailsOf(root).c_str());
-    const std::int32_t code = jsonaccess::asInt(jsonaccess::get(root, "id"));
+    SharedText details = detailsOf(root);
+    const std::int32_t code = jsonaccess::asInt(jsonaccess::get(root, kId));
     return std::make_unique<EventRecord>(code, std::move(time), std::move(details));
 }
 

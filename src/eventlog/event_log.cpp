@@ -1,25 +1,26 @@
 #include "eventlog/event_log.h"
 
 #include "eventlog/event_line.h"
-#include "eventlog/line_kind.h"
 #include "eventlog/line_reader.h"
+#include "eventlog/lines.h"
+#include "eventlog/quiet_lines.h"
 
+#include <list>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace eventsviewer {
 
 namespace {
 
-// Calls `use` with each line of the log, oldest first.
-template <typename Use> void forEachLine(const std::string& inputPath, Use use)
+// Calls `use` with the lines of the log, some at a time, oldest first.
+template <typename Use> void forLinesOf(const std::string& inputPath, Use use)
 {
     for (const std::string& path : {inputPath + ".0", inputPath}) {
         LineReader reader(path);
-        std::string_view line;
-        while (reader.next(line)) {
-            use(line);
+        std::string_view lines;
+        while (reader.next(lines)) {
+            use(lines);
         }
     }
 }
@@ -30,14 +31,50 @@ struct Candidate {
     std::string line;
 };
 
+void makeRoom(std::list<Candidate>& newest, std::size_t count)
+{
+    if (newest.size() == count) {
+        newest.pop_front();
+    }
+}
+
+// Adds the newest events of quiet lines. These can be judged from the last one backwards, and none
+// needs to be parsed before it is known to be among the newest of all.
+void addQuietLines(std::list<Candidate>& newest, std::size_t count, std::string_view lines)
+{
+    std::list<Candidate> added;
+    while (!lines.empty() && added.size() < count) {
+        const std::string_view line = takeLastLine(lines);
+        Candidate candidate;
+        switch (kindOfQuietLine(line)) {
+        case LineKind::NoEvent:
+            continue;
+        case LineKind::Event:
+            candidate.line = line;
+            break;
+        case LineKind::Unclear:
+            candidate.record = parseEventLine(line);
+            if (candidate.record == nullptr) {
+                continue;
+            }
+            break;
+        }
+        makeRoom(newest, count - added.size());
+        added.push_front(std::move(candidate));
+    }
+    newest.splice(newest.end(), added);
+}
+
 } // namespace
 
 EventStore loadAllEvents(const std::string& inputPath)
 {
     EventStore store;
-    forEachLine(inputPath, [&store](std::string_view line) {
-        if (auto record = parseEventLine(line)) {
-            store.push_back(std::move(record));
+    forLinesOf(inputPath, [&store](std::string_view lines) {
+        while (!lines.empty()) {
+            if (auto record = parseEventLine(takeFirstLine(lines))) {
+                store.push_back(std::move(record));
+            }
         }
     });
     return store;
@@ -45,34 +82,28 @@ EventStore loadAllEvents(const std::string& inputPath)
 
 EventStore loadRecentEvents(const std::string& inputPath, std::size_t count)
 {
-    // Most lines are too old to be shown. They are parsed only where parsing them might print
-    // something; a plain event waits as a line until it is known to be among the newest.
-    std::vector<Candidate> newest;
-    std::size_t oldest = 0; // its place, once `count` are held
-    forEachLine(inputPath, [&](std::string_view line) {
-        const LineKind kind = kindOfLine(line);
-        std::unique_ptr<EventRecord> record;
-        if (kind == LineKind::Unclear) {
-            record = parseEventLine(line);
-            line = {};
+    // Most lines are too old to be shown. Of these only they are parsed that might print something.
+    std::list<Candidate> newest;
+    forLinesOf(inputPath, [&newest, count](std::string_view lines) {
+        while (!lines.empty()) {
+            const std::size_t quiet = quietLength(lines);
+            addQuietLines(newest, count, lines.substr(0, quiet));
+            lines.remove_prefix(quiet);
+            if (lines.empty()) {
+                break;
+            }
+            if (auto record = parseEventLine(takeFirstLine(lines))) {
+                makeRoom(newest, count);
+                newest.push_back({std::move(record), {}});
+            }
         }
-        if (kind == LineKind::NoEvent || (kind == LineKind::Unclear && record == nullptr)) {
-            return;
-        }
-        if (newest.size() < count) {
-            newest.push_back({std::move(record), std::string(line)});
-            return;
-        }
-        newest[oldest].record = std::move(record);
-        newest[oldest].line = line;
-        oldest = oldest + 1 < count ? oldest + 1 : 0;
     });
 
     EventStore store;
-    for (std::size_t i = 0; i < newest.size(); ++i) {
-        Candidate candidate = std::move(newest[(oldest + i) % newest.size()]);
+    for (Candidate& candidate : newest) {
         store.push_back(candidate.record != nullptr ? std::move(candidate.record)
                                                     : parseEventLine(candidate.line));
+        candidate.line = {};
     }
     return store;
 }

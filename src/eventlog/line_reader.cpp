@@ -1,11 +1,12 @@
 #include "eventlog/line_reader.h"
 
+#include "eventlog/lines.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 namespace eventsviewer {
 
@@ -28,28 +29,22 @@ LineReader::~LineReader()
     }
 }
 
-bool LineReader::next(std::string_view& line)
+bool LineReader::next(std::string_view& lines)
 {
-    std::size_t searched = 0;
-    for (;;) {
-        const char* const text = buffer_.data() + begin_;
-        const std::size_t length = end_ - begin_;
-        if (length > searched) {
-            const void* const lineFeed = std::memchr(text + searched, '\n', length - searched);
-            if (lineFeed != nullptr) {
-                line = {text, static_cast<std::size_t>(static_cast<const char*>(lineFeed) - text)};
-                begin_ += line.size() + 1;
-                return true;
-            }
-        }
-        if (state_ != State::Reading) {
-            line = {text, length};
-            begin_ = end_;
-            return state_ == State::Ended && length > 0;
-        }
-        searched = length;
+    while (state_ == State::Reading) {
+        const std::size_t searched = end_ - begin_; // the beginning of a line
         readBlock();
+        const char* const text = buffer_.data();
+        const std::size_t found = wholeLinesLength({text + searched, end_ - searched});
+        if (found > 0) {
+            begin_ = searched + found;
+            lines = {text, begin_};
+            return true;
+        }
     }
+    lines = {buffer_.data() + begin_, end_ - begin_};
+    begin_ = end_;
+    return state_ == State::Ended && !lines.empty();
 }
 
 void LineReader::readBlock()

@@ -16,9 +16,9 @@ public:
     LineReader& operator=(const LineReader&) = delete;
     ~LineReader();
 
-    /// Gives the next line without its line feed; it is valid until the next call. The last line
-    /// needs no line feed. False when there are no more.
-    bool next(std::string_view& line);
+    /// Gives the next lines, one at least, each with its line feed; the last of the file may have
+    /// none. They are valid until the next call. False when there are no more.
+    bool next(std::string_view& lines);
 
 private:
     enum class State { Reading, Ended, Failed };

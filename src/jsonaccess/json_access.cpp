@@ -18,42 +18,118 @@ void printDiagnostic(std::string_view message)
     std::cout << "Tarvik workaround: " << message << std::endl;
 }
 
+struct Switch {
+    const char* setting;
+    bool on;
+};
+
 // Every setting is given, also where it is the library's default: the defaults of
 // allowTrailingCommas and skipBom are not these, and others may change with a release.
+constexpr Switch kReaderSwitches[] = {
+    {"collectComments", true},
+    {"allowComments", true},
+    {"allowTrailingCommas", false},
+    {"strictRoot", false},
+    {"allowDroppedNullPlaceholders", false},
+    {"allowNumericKeys", false},
+    {"allowSingleQuotes", false},
+    {"failIfExtra", false},
+    {"rejectDupKeys", false},
+    {"allowSpecialFloats", false},
+    {"skipBom", false},
+};
+constexpr int kStackLimit = 1000;
+
+constexpr Switch kWriterSwitches[] = {
+    {"enableYAMLCompatibility", false},
+    {"dropNullPlaceholders", false},
+    {"useSpecialFloats", false},
+    {"emitUTF8", false},
+};
+
 std::unique_ptr<Json::CharReader> makeReader()
 {
     Json::CharReaderBuilder builder;
-    builder["collectComments"] = true;
-    builder["allowComments"] = true;
-    builder["allowTrailingCommas"] = false;
-    builder["strictRoot"] = false;
-    builder["allowDroppedNullPlaceholders"] = false;
-    builder["allowNumericKeys"] = false;
-    builder["allowSingleQuotes"] = false;
-    builder["stackLimit"] = 1000;
-    builder["failIfExtra"] = false;
-    builder["rejectDupKeys"] = false;
-    builder["allowSpecialFloats"] = false;
-    builder["skipBom"] = false;
+    for (const Switch& option : kReaderSwitches) {
+        builder[option.setting] = option.on;
+    }
+    builder["stackLimit"] = kStackLimit;
     return std::unique_ptr<Json::CharReader>(builder.newCharReader());
 }
 
 std::unique_ptr<Json::StreamWriter> makeWriter()
 {
     Json::StreamWriterBuilder builder;
+    for (const Switch& option : kWriterSwitches) {
+        builder[option.setting] = option.on;
+    }
     builder["commentStyle"] = "All";
     builder["indentation"] = "";
-    builder["enableYAMLCompatibility"] = false;
-    builder["dropNullPlaceholders"] = false;
-    builder["useSpecialFloats"] = false;
-    builder["emitUTF8"] = false;
     builder["precision"] = 17;
     builder["precisionType"] = "significant";
     return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
 }
 
+bool hasComment(const Json::Value& value)
+{
+    return value.hasComment(Json::commentBefore) ||
+           value.hasComment(Json::commentAfterOnSameLine) || value.hasComment(Json::commentAfter);
+}
+
+// Appends `text` as JSON, which takes no more than quotes around it; false if it takes escapes.
+bool appendPlain(std::string& json, const char* text, const char* end)
+{
+    json += '"';
+    json.append(text, end);
+    json += '"';
+    for (; text != end; ++text) {
+        if (*text < ' ' || *text > '~' || *text == '"' || *text == '\\') {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Writes an object of nothing but plain texts, as variables nearly always are, at a tenth of what
+// the library's writer takes. False for any other value, which is left to that.
+bool writePlain(const Json::Value& value, std::string& json)
+{
+    if (!value.isObject() || hasComment(value)) {
+        return false;
+    }
+    json = '{';
+    for (auto member = value.begin(); member != value.end(); ++member) {
+        const char* nameEnd = nullptr;
+        const char* const name = member.memberName(&nameEnd);
+        const char* text = nullptr;
+        const char* textEnd = nullptr;
+        if (hasComment(*member) || !member->getString(&text, &textEnd)) {
+            return false;
+        }
+        if (json.size() > 1) {
+            json += ',';
+        }
+        if (!appendPlain(json, name, nameEnd)) {
+            return false;
+        }
+        json += ':';
+        if (!appendPlain(json, text, textEnd)) {
+            return false;
+        }
+    }
+    json += '}';
+    return true;
+}
+
+// Made once: a fresh writer or stream costs as much as the writing.
+struct CompactWriter {
+    const std::unique_ptr<Json::StreamWriter> writer = makeWriter();
+    std::ostringstream stream;
+    std::string json;
+};
+
 // Whether `value` can have members at all. The library would throw where it cannot.
-bool mayHaveMembers(const Json::Value& value, std::string_view diagnostic)
+bool mayHaveMembers(const Json::Value& value, const char* diagnostic)
 {
     if (value.isObject() || value.isNull()) {
         return true;
@@ -89,17 +165,19 @@ void parse(std::string_view text, Json::Value& root)
     }
 }
 
-std::string writeCompact(const Json::Value& value)
+const std::string& writeCompact(const Json::Value& value)
 {
-    static const std::unique_ptr<Json::StreamWriter> writer = makeWriter();
-    static std::ostringstream text; // made once: a fresh stream costs as much as the writing
-    text.str({});
-    try {
-        writer->write(value, &text);
-    } catch (const Json::RuntimeError&) {
-        std::abort();
+    static CompactWriter compact;
+    if (!writePlain(value, compact.json)) {
+        compact.stream.str({});
+        try {
+            compact.writer->write(value, &compact.stream);
+        } catch (const Json::RuntimeError&) {
+            std::abort();
+        }
+        compact.json = compact.stream.str();
     }
-    return text.str();
+    return compact.json;
 }
 
 bool isMember(const Json::Value& value, std::string_view key)

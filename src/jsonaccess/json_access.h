@@ -22,8 +22,8 @@ namespace eventsviewer::jsonaccess {
 /// the value is ignored. After an error `root` keeps what was read before it.
 void parse(std::string_view text, Json::Value& root);
 
-/// `value` as JSON on one line, without blanks between the tokens.
-std::string writeCompact(const Json::Value& value);
+/// `value` as JSON on one line, without blanks between the tokens; valid until the next call.
+const std::string& writeCompact(const Json::Value& value);
 
 /// Whether the object `value` has a member `key`. Null and any other value have none; the latter
 /// prints a diagnostic.

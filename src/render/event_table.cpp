@@ -6,6 +6,10 @@
 #include <algorithm>
 #include <string_view>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace eventsviewer {
 
 namespace {
@@ -14,6 +18,7 @@ constexpr std::size_t kTimeWidth = 20;
 constexpr std::size_t kEventWidth = 30;
 constexpr std::size_t kDetailIndent = kTimeWidth + kEventWidth;
 constexpr std::size_t kRuleWidth = 80;
+constexpr std::size_t kManyRows = 32768; // some megabytes
 constexpr const char* kColourOn = "\033[1;34m";
 constexpr const char* kColourOff = "\033[0m";
 
@@ -52,25 +57,44 @@ void appendHeading(std::string& table, const EventStore& events, std::size_t cou
 void appendRow(std::string& table, const EventRecord& event)
 {
     const SharedText description = describeEvent(event.code, event.details);
+    const SharedText name = eventNameFor(event.code);
     appendField(table, event.time, kTimeWidth);
     table += kColourOn;
-    appendField(table, eventNameFor(event.code), kEventWidth);
+    appendField(table, {name.characters(), name.length()}, kEventWidth);
     table += kColourOff;
     appendDetail(table, {description.characters(), description.length()});
     table += "\n\n";
 }
 
+// What a long table needs is what its events give back. Left alone, a text that outgrows its memory
+// stands there twice while it is copied, and the C library keeps small pieces for more of their
+// size.
+void giveMemoryToTable(std::string& table, std::size_t rows, std::size_t rowsToCome)
+{
+    const std::size_t expected = table.size() / rows * (rows + rowsToCome);
+    if (table.capacity() < expected) {
+        table.reserve(expected + expected / 8);
+    }
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
 } // namespace
 
-std::string renderEventTable(const EventStore& events, std::uint32_t count)
+std::string renderEventTable(EventStore events, std::uint32_t count)
 {
     if (events.empty()) {
         return "No events to display.";
     }
     std::string table;
     appendHeading(table, events, std::min<std::size_t>(count, events.size()));
-    for (const auto& event : events) {
-        appendRow(table, *event);
+    for (std::size_t rows = 1; !events.empty(); ++rows) {
+        appendRow(table, *events.front());
+        events.pop_front();
+        if (rows % kManyRows == 0) {
+            giveMemoryToTable(table, rows, events.size());
+        }
     }
     return table;
 }

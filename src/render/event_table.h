@@ -17,8 +17,9 @@ namespace eventsviewer {
 ///                                                       Reason: NO_UCP
 ///
 /// Each event name stands in colour escapes, each row is followed by an empty line. Without events
-/// the text is "No events to display.", with no line feed. Describing the events may print JSON
+/// the text is "No events to display.", with no line feed. Each event is destroyed as soon as its
+/// row stands, so that a long table takes their memory. Describing the events may print JSON
 /// diagnostics on std::cout.
-std::string renderEventTable(const EventStore& events, std::uint32_t count);
+std::string renderEventTable(EventStore events, std::uint32_t count);
 
 } // namespace eventsviewer

@@ -6,14 +6,15 @@
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
+#include <utility>
 
 namespace eventsviewer {
 
 std::string allEventsTable(const std::string& inputPath)
 {
-    const EventStore events = loadAllEvents(inputPath);
-    return renderEventTable(
-        events, static_cast<std::uint32_t>(std::min<std::size_t>(events.size(), UINT32_MAX)));
+    EventStore events = loadAllEvents(inputPath);
+    const std::size_t count = std::min<std::size_t>(events.size(), UINT32_MAX);
+    return renderEventTable(std::move(events), static_cast<std::uint32_t>(count));
 }
 
 void saveEventTable(const std::string& inputPath, const std::string& outputPath)

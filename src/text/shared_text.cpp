@@ -24,9 +24,9 @@ SharedText::SharedText(const SharedText& other) noexcept : record_(other.record_
     }
 }
 
-SharedText::~SharedText()
+void SharedText::release() noexcept
 {
-    if (record_ == nullptr || --record_->references > 0) {
+    if (--record_->references > 0) {
         return;
     }
     if (record_->owned != 0) {

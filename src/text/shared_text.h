@@ -24,7 +24,12 @@ public:
         std::swap(record_, other.record_);
         return *this;
     }
-    ~SharedText();
+    ~SharedText()
+    {
+        if (record_ != nullptr) {
+            release();
+        }
+    }
 
     bool isNull() const noexcept { return record_ == nullptr; }
 
@@ -37,6 +42,7 @@ public:
 private:
     struct Record;
     explicit SharedText(Record* record) noexcept : record_(record) {}
+    void release() noexcept;
 
     friend SharedText textFromLiteral(const char* text);
     friend SharedText textFromConstant(const char* text);

@@ -12,6 +12,11 @@
 namespace eventsviewer {
 namespace {
 
+std::string nameOf(std::int32_t code)
+{
+    return eventNameFor(code).characters();
+}
+
 std::map<std::int32_t, std::string> expectedNames()
 {
     std::map<std::int32_t, std::string> names;
@@ -29,11 +34,11 @@ TEST(EventNameFor, GivesEachOfThe487CodesItsNameAndEachHoleItsNumber)
     for (std::int32_t code = -10; code <= 2000; ++code) {
         const auto row = names.find(code);
         if (row != names.end()) {
-            EXPECT_EQ(row->second, eventNameFor(code));
+            EXPECT_EQ(row->second, nameOf(code));
             continue;
         }
         const auto bits = static_cast<std::uint32_t>(code);
-        EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_" + std::to_string(bits), eventNameFor(code));
+        EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_" + std::to_string(bits), nameOf(code));
         holes += code > 684 && code < 1297 ? 1 : 0;
     }
     EXPECT_EQ(127, holes);
@@ -41,46 +46,46 @@ TEST(EventNameFor, GivesEachOfThe487CodesItsNameAndEachHoleItsNumber)
 
 TEST(EventNameFor, KnowsTheFirstAndTheLastCode)
 {
-    EXPECT_EQ("DID_RECEIVED", eventNameFor(684));
-    EXPECT_EQ("INET_ENCAP_NOT_AVAILABLE", eventNameFor(1297));
+    EXPECT_EQ("DID_RECEIVED", nameOf(684));
+    EXPECT_EQ("INET_ENCAP_NOT_AVAILABLE", nameOf(1297));
 }
 
 TEST(EventNameFor, KnowsNoCodeBesideTheCatalogue)
 {
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_683", eventNameFor(683));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_1298", eventNameFor(1298));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_0", eventNameFor(0));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_683", nameOf(683));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_1298", nameOf(1298));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_0", nameOf(0));
 }
 
 TEST(EventNameFor, ShowsACodeInAHoleAsUnrecognized)
 {
-    EXPECT_EQ("TERM_CHANGED_OWNER", eventNameFor(688));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_689", eventNameFor(689));
-    EXPECT_EQ("NEW_DID", eventNameFor(690));
+    EXPECT_EQ("TERM_CHANGED_OWNER", nameOf(688));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_689", nameOf(689));
+    EXPECT_EQ("NEW_DID", nameOf(690));
 }
 
 TEST(EventNameFor, PrintsANegativeCodeUnsigned)
 {
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294967295", eventNameFor(-1));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483648", eventNameFor(INT32_MIN));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483647", eventNameFor(INT32_MAX));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294967295", nameOf(-1));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483648", nameOf(INT32_MIN));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483647", nameOf(INT32_MAX));
     // The bits of -684 are no known code either.
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294966612", eventNameFor(-684));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294966612", nameOf(-684));
 }
 
 TEST(EventNameFor, AnswersTheSameEachTime)
 {
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", eventNameFor(5));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", eventNameFor(5));
-    EXPECT_EQ("MODEM_IN_NETWORK", eventNameFor(1228));
-    EXPECT_EQ("MODEM_IN_NETWORK", eventNameFor(1228));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", nameOf(5));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", nameOf(5));
+    EXPECT_EQ("MODEM_IN_NETWORK", nameOf(1228));
+    EXPECT_EQ("MODEM_IN_NETWORK", nameOf(1228));
 }
 
 TEST(EventNameFor, GivesNoNameTwice)
 {
     std::set<std::string> names;
     for (std::int32_t code = 684; code <= 1297; ++code) {
-        EXPECT_TRUE(names.insert(eventNameFor(code)).second) << code;
+        EXPECT_TRUE(names.insert(nameOf(code)).second) << code;
     }
 }
 

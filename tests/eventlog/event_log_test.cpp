@@ -156,6 +156,21 @@ TEST_F(EventLog, CountsNoLineWhoseIdBelongsToAnotherObject)
     EXPECT_EQ(Codes{1}, codesOf(loadRecentEvents(path_, 1)));
 }
 
+TEST_F(EventLog, HoldsTheNewestEventsOfALogOfManyBlocks)
+{
+    std::string lines;
+    for (int i = 0; i < 20'000; ++i) {
+        lines += "{\"id\":" + std::to_string(i) + "}\n" + (i % 7 == 0 ? "{\"time\":\"t\"}\n" : "");
+    }
+    folder_.write("log", lines);
+    for (const std::size_t count : {1U, 9U, 6'000U, 19'999U}) {
+        const EventStore newest = loadRecentEvents(path_, count);
+        ASSERT_EQ(count, newest.size());
+        EXPECT_EQ(20'000 - static_cast<std::int32_t>(count), newest.front()->code);
+        EXPECT_EQ(19'999, newest.back()->code);
+    }
+}
+
 TEST_F(EventLog, GivesTheSameNewestEventsHoweverManyAreAskedFor)
 {
     const std::string lines = "{\"id\":10,\"time\":\"t\",\"vars\":{\"a\":\"b\"}}\n"
@@ -165,6 +180,7 @@ TEST_F(EventLog, GivesTheSameNewestEventsHoweverManyAreAskedFor)
                               "prefix {\"id\":30,\n"
                               "{\"id\":\n"
                               "{\"\\u0069d\":40}\n"
+                              "{\"time\":\"s\",\"vars\":{\"id\":41}}\n"
                               "{\"id\":50,\"time\":\"u\"}\n"
                               "{\"id\":60,\"time\":\"v\"}\n";
     folder_.write("log.0", lines);

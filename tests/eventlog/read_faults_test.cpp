@@ -1,4 +1,5 @@
 #include "eventlog/line_reader.h"
+#include "eventlog/lines.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -51,11 +52,13 @@ Lines linesOfText(const std::string& text, const std::vector<int>& readFaults)
     LineReader reader(folder.write("text", text));
     faults = readFaults;
     Lines lines;
-    std::string_view line;
-    while (reader.next(line)) {
-        lines.emplace_back(line);
+    std::string_view next;
+    while (reader.next(next)) {
+        while (!next.empty()) {
+            lines.emplace_back(takeFirstLine(next));
+        }
     }
-    EXPECT_FALSE(reader.next(line)) << "a line behind the last one";
+    EXPECT_FALSE(reader.next(next)) << "a line behind the last one";
     EXPECT_TRUE(faults.empty()) << "not read to the last fault";
     return lines;
 }

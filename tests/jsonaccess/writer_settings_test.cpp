@@ -3,6 +3,7 @@
 #include "jsonaccess/json_access.h"
 
 #include <gtest/gtest.h>
+#include <json/writer.h>
 
 #include <limits>
 #include <string>
@@ -82,6 +83,61 @@ TEST(WriteCompact, WritesNoSpecialFloats)
 TEST(WriteCompact, WritesNulls)
 {
     EXPECT_EQ(R"({"a":null,"b":[null,null]})", rewritten(R"({"a":null,"b":[null,null]})"));
+}
+
+std::string writtenByTheLibrary(const Json::Value& value)
+{
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "";
+    return Json::writeString(builder, value);
+}
+
+TEST(WriteCompact, WritesPlainTextsAsTheLibraryDoes)
+{
+    Json::Value variables(Json::objectValue);
+    EXPECT_EQ("{}", writeCompact(variables));
+    variables["inet_id"] = "12";
+    variables["a"] = "";
+    variables[""] = "b c";
+    EXPECT_EQ(R"({"":"b c","a":"","inet_id":"12"})", writeCompact(variables));
+    EXPECT_EQ(writtenByTheLibrary(variables), writeCompact(variables));
+}
+
+TEST(WriteCompact, WritesEachByteOfANameOrTextAsTheLibraryDoes)
+{
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string text = {'x', static_cast<char>(byte), 'y'};
+        Json::Value named(Json::objectValue);
+        named[text] = "z";
+        EXPECT_EQ(writtenByTheLibrary(named), writeCompact(named)) << byte;
+        Json::Value holding(Json::objectValue);
+        holding["a"] = "first";
+        holding["b"] = text;
+        holding["c"] = "last";
+        EXPECT_EQ(writtenByTheLibrary(holding), writeCompact(holding)) << byte;
+    }
+}
+
+TEST(WriteCompact, WritesATextAmongOtherValuesAsTheLibraryDoes)
+{
+    for (const char* const other : {"null", "1", "1.5", "true", "[]", "{}", "[\"x\"]"}) {
+        Json::Value variables;
+        parse(std::string(R"({"a":"x","b":)") + other + R"(,"c":"y"})", variables);
+        EXPECT_EQ(writtenByTheLibrary(variables), writeCompact(variables)) << other;
+    }
+}
+
+TEST(WriteCompact, KeepsEachCommentAmongPlainTexts)
+{
+    for (const char* const text :
+         {"/*c*/{\"a\":\"b\"}", "{/*c*/\"a\":\"b\"}", "{\"a\"/*c*/:\"b\"}", "{\"a\":/*c*/\"b\"}",
+          "{\"a\":\"b\"/*c*/}", "{\"a\":\"b\"\n/*c*/}", "{\"a\":\"b\"}/*c*/",
+          "{\"a\":\"b\"}\n/*c*/", "{/*c*/}", "{\"a\":\"b\",/*c*/\"d\":\"e\"}",
+          "{\"a\":\"b\"//c\n,\"d\":\"e\"}", "{\"a\":\"b\",\"d\"://c\n\"e\"}"}) {
+        Json::Value variables;
+        parse(text, variables);
+        EXPECT_EQ(writtenByTheLibrary(variables), writeCompact(variables)) << text;
+    }
 }
 
 TEST(WriteCompact, KeepsComments)

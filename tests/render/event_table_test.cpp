@@ -15,9 +15,10 @@ constexpr const char* kColumns =
     "Timestamp           Event                         Detail\n"
     "================================================================================\n";
 
-void add(EventStore& events, std::int32_t code, const std::string& time, const char* details = "{}")
+void add(EventStore& events, std::int32_t code, const std::string& time,
+         const std::string& details = "{}")
 {
-    events.push_back(std::make_unique<EventRecord>(code, time, textFromLiteral(details)));
+    events.push_back(std::make_unique<EventRecord>(code, time, textFromLiteral(details.c_str())));
 }
 
 /// The row of one event, the heading and the column line left out.
@@ -25,7 +26,7 @@ std::string rowOf(std::int32_t code, const std::string& time, const char* detail
 {
     EventStore events;
     add(events, code, time, details);
-    const std::string table = renderEventTable(events, 1);
+    const std::string table = renderEventTable(std::move(events), 1);
     const std::string above =
         "Last 1 events from " + time + " to " + time + ":\n\n" + std::string(kColumns);
     EXPECT_EQ(above, table.substr(0, above.size()));
@@ -58,14 +59,14 @@ TEST(RenderEventTable, LaysOutHeadingColumnsAndRows)
         "\n"
         "Nov 20 08:15:04     \033[1;34mDID_RECEIVED                  \033[0mUnknown\n"
         "\n",
-        renderEventTable(events, 3));
+        renderEventTable(std::move(events), 3));
 }
 
 TEST(RenderEventTable, StatesOneTimeTwiceForOneEvent)
 {
     EventStore events;
     add(events, 835, "T");
-    const std::string table = renderEventTable(events, 1);
+    const std::string table = renderEventTable(std::move(events), 1);
     EXPECT_EQ("Last 1 events from T to T:\n\nTimestamp", table.substr(0, 37));
 }
 
@@ -74,7 +75,7 @@ std::string statedCount(std::uint32_t count)
     EventStore events;
     add(events, 835, "a");
     add(events, 835, "b");
-    const std::string table = renderEventTable(events, count);
+    const std::string table = renderEventTable(std::move(events), count);
     return table.substr(0, table.find(':'));
 }
 
@@ -94,7 +95,7 @@ TEST(RenderEventTable, ShowsEveryEventWhateverTheCount)
     for (int i = 0; i < 12; ++i) {
         add(events, 835, "t");
     }
-    const std::string table = renderEventTable(events, 1);
+    const std::string table = renderEventTable(std::move(events), 1);
     int rows = 0;
     for (auto at = table.find("\033[0m"); at != std::string::npos;
          at = table.find("\033[0m", at + 1)) {
@@ -103,13 +104,29 @@ TEST(RenderEventTable, ShowsEveryEventWhateverTheCount)
     EXPECT_EQ(12, rows);
 }
 
+TEST(RenderEventTable, IsWholeHoweverManyRowsItHas)
+{
+    // Row lengths that no early rows foretell: short ones first, then long ones, then none at all.
+    EventStore events;
+    std::string expected = "Last 100000 events from t to t:\n\n" + std::string(kColumns);
+    for (int i = 0; i < 100'000; ++i) {
+        const std::string text(i > 40'000 && i < 90'000 ? 200 : 0, 'x');
+        add(events, 1232, "t", R"({"forced_logout_reason":")" + text + "\"}");
+        expected += "t                   \033[1;34mMODEM_FORCED_LOGOUT           \033[0m"
+                    "This terminal was forced to logout; " +
+                    text + "\n\n";
+    }
+    EXPECT_TRUE(expected == renderEventTable(std::move(events), 100'000));
+}
+
 TEST(RenderEventTable, WritesTheCountWithoutFill)
 {
     EventStore events;
     for (int i = 0; i < 1234; ++i) {
         add(events, 835, "t");
     }
-    EXPECT_EQ("Last 1234 events from t to t:\n", renderEventTable(events, 5000).substr(0, 30));
+    EXPECT_EQ("Last 1234 events from t to t:\n",
+              renderEventTable(std::move(events), 5000).substr(0, 30));
 }
 
 TEST(RenderEventTable, IndentsEachFurtherLineOfADetail)
@@ -191,7 +208,7 @@ TEST(RenderEventTable, HasPrintedEveryDiagnosticWhenItReturns)
     EventStore events;
     add(events, 1228, "t", R"({"inet_id":5})");
     add(events, 684, "t", "{");
-    const std::string table = renderEventTable(events, 2);
+    const std::string table = renderEventTable(std::move(events), 2);
     EXPECT_EQ("Tarvik workaround: in Json::Value::asCString(): requires stringValue\n"
               "Tarvik workaround: error occured in IStream in JsonCpp:* Line 1, Column 2\n"
               "  Missing '}' or object member name\n\n",

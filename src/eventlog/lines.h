@@ -1,0 +1,40 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+namespace eventsviewer {
+
+/// How many bytes of `text` are whole lines: up to its last line feed, which counts.
+inline std::size_t wholeLinesLength(std::string_view text)
+{
+    // A plain backward search looks at byte after byte; the C library's does not.
+    const void* const lineFeed = text.empty() ? nullptr : memrchr(text.data(), '\n', text.size());
+    return lineFeed == nullptr
+               ? 0
+               : static_cast<std::size_t>(static_cast<const char*>(lineFeed) - text.data()) + 1;
+}
+
+/// Takes the first line away from `lines` and gives it without its line feed.
+inline std::string_view takeFirstLine(std::string_view& lines)
+{
+    const std::string_view line = lines.substr(0, lines.find('\n'));
+    lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+    return line;
+}
+
+/// Takes the last line away from `lines`, which are not empty, and gives it without its line feed.
+inline std::string_view takeLastLine(std::string_view& lines)
+{
+    if (lines.back() == '\n') {
+        lines.remove_suffix(1);
+    }
+    const std::size_t others = wholeLinesLength(lines);
+    const std::string_view line = lines.substr(others);
+    lines = lines.substr(0, others);
+    return line;
+}
+
+} // namespace eventsviewer
