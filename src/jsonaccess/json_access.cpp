@@ -98,12 +98,12 @@ bool writePlain(const Json::Value& value, std::string& json)
         return false;
     }
     json = '{';
-    for (auto member = value.begin(); member != value.end(); ++member) {
+    for (auto variable = value.begin(); variable != value.end(); ++variable) {
         const char* nameEnd = nullptr;
-        const char* const name = member.memberName(&nameEnd);
+        const char* const name = variable.memberName(&nameEnd);
         const char* text = nullptr;
         const char* textEnd = nullptr;
-        if (hasComment(*member) || !member->getString(&text, &textEnd)) {
+        if (hasComment(*variable) || !variable->getString(&text, &textEnd)) {
             return false;
         }
         if (json.size() > 1) {
