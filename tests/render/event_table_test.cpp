@@ -125,8 +125,8 @@ TEST(RenderEventTable, WritesTheCountWithoutFill)
     for (int i = 0; i < 1234; ++i) {
         add(events, 835, "t");
     }
-    EXPECT_EQ("Last 1234 events from t to t:\n",
-              renderEventTable(std::move(events), 5000).substr(0, 30));
+    const std::string table = renderEventTable(std::move(events), 5000);
+    EXPECT_EQ("Last 1234 events from t to t:\n", table.substr(0, 30));
 }
 
 TEST(RenderEventTable, IndentsEachFurtherLineOfADetail)
