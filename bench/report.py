@@ -102,8 +102,8 @@ whose "id" comes last that is every line.
 
 ## Beside other tools
 
-The same table made by [a Python script](../bench/peers/events.py) and by
-[a jq program](../bench/peers/events.jq), and `wc -l`, which only reads the file ({versions}):
+The same table made by a Python script and by a jq program (`events.py` and `events.jq` in the
+source's `bench/peers`), and `wc -l`, which only reads the file ({versions}):
 
 {cpu}
 

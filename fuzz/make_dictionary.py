@@ -1,12 +1,18 @@
 #!/usr/bin/env python3
-"""Prints the fuzz targets' dictionary: what means something in a log.
+"""Writes the fuzz targets' dictionary, fuzz/log.dict: what means something in a log.
 
-usage: make_dictionary.py SRC >fuzz/log.dict
+usage: make_dictionary.py [--check]
+
+With --check it writes nothing and fails if the dictionary is not what it would write.
 """
 
-import pathlib
 import re
 import sys
+from pathlib import Path
+
+FOLDER = Path(__file__).resolve().parent
+SOURCE = FOLDER.parent / "src"
+DICTIONARY = FOLDER / "log.dict"
 
 TOKENS = [
     '{"id":', '"id":', ',"time":"', ',"vars":{', '"id"', '"vars":', '"time":', '\\u0069d', '\\u006',
@@ -21,16 +27,25 @@ def escaped(text):
     return "".join(c if " " <= c <= "~" and c not in '"\\' else f"\\x{ord(c):02x}" for c in text)
 
 
-def main(src):
-    catalog = re.sub("(?m)^ *//.*", "", (src / "describe/description_catalog.h").read_text())
-    reasons = (src / "catalog/reason_tables.cpp").read_text()
+def entries():
+    catalog = re.sub("(?m)^ *//.*", "", (SOURCE / "describe/description_catalog.h").read_text())
+    reasons = (SOURCE / "catalog/reason_tables.cpp").read_text()
     codes = re.findall(r"(?m)^ +\{ *(\d+), \"", catalog)
     keys = re.findall(r'"([a-z0-9]+(?:_[a-z0-9]+)*)"', catalog)
     names = re.findall(r'\{ *\d+, "([A-Z0-9_]+)"', reasons)
     if not (codes and keys and names):
         sys.exit("the tables are no longer where this script looks for them")
-    for entry in dict.fromkeys([*TOKENS, *keys, *names, *codes]):
-        print(f'"{escaped(entry)}"')
+    return "".join(f'"{escaped(entry)}"\n'
+                   for entry in dict.fromkeys([*TOKENS, *keys, *names, *codes]))
 
 
-main(pathlib.Path(sys.argv[1]))
+def main():
+    if sys.argv[1:] not in ([], ["--check"]):
+        sys.exit("usage: make_dictionary.py [--check]")
+    if sys.argv[1:] == ["--check"]:
+        sys.exit(None if DICTIONARY.read_text() == entries() else
+                 "fuzz/log.dict is old: run fuzz/make_dictionary.py")
+    DICTIONARY.write_text(entries())
+
+
+main()

@@ -32,8 +32,7 @@ std::map<std::string, std::vector<ExpectedReason>> expectedTables()
 TEST(ReasonTables, HoldEveryReasonInOrderAndNoOther)
 {
     const auto expected = expectedTables();
-    ASSERT_EQ(12U, expected.size());
-    ASSERT_EQ(12U, reasonTablesByName().size());
+    ASSERT_EQ(expected.size(), reasonTablesByName().size());
     for (const auto& [name, table] : reasonTablesByName()) {
         SCOPED_TRACE(name);
         const std::vector<ExpectedReason>& rows = expected.at(name);
@@ -46,21 +45,6 @@ TEST(ReasonTables, HoldEveryReasonInOrderAndNoOther)
             EXPECT_EQ(row.explanation, reason->explanation);
             ++reason;
         }
-    }
-}
-
-TEST(ReasonTables, HaveTheirSizes)
-{
-    const std::map<std::string, std::ptrdiff_t> sizes = {
-        {"BeamSwitchFailureReasons", 15}, {"BeamSwitchTypes", 2},
-        {"BucErrorReportReasons", 3},     {"BucNotCalibratedReasons", 15},
-        {"NoServiceCarrierReasons", 6},   {"NoServiceReasons", 11},
-        {"NoSignalingCarrierReasons", 4}, {"OptionsErrorReasons", 2},
-        {"OutOfNetworkReasons", 5},       {"SatSwitchRejectedReasons", 2},
-        {"ReceiveIflFaults", 2},          {"TransmitIflFaults", 2},
-    };
-    for (const auto& [name, table] : reasonTablesByName()) {
-        EXPECT_EQ(sizes.at(name), std::distance(table->begin(), table->end())) << name;
     }
 }
 

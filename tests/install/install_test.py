@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Installs the build into scratch folders and looks at what is there: these files and no other.
+"""Installs the build into scratch folders and looks at what is there: these files and no other, and
+no page with a link that leads nowhere.
 
 usage: install_test.py --cmake CMAKE --build BUILD --bindir .. --mandir .. --docdir .. --datadir ..
 
@@ -12,6 +13,8 @@ import subprocess
 import sys
 import tempfile
 from pathlib import Path
+
+from broken_links import broken_links
 
 
 def expected_files(dirs):
@@ -66,9 +69,11 @@ def main():
                  for path in prefix.rglob("*") if path.is_file()}
         wrong += [f"{name} has the mode {mode}" for name, mode in sorted(modes.items())
                   if mode != ("0o755" if name == f"{args.bindir}/events-viewer" else "0o644")]
+        broken, links = broken_links(prefix / args.docdir)
+        wrong += broken if links else ["no link found"]
     if wrong:
         sys.exit("\n".join(wrong))
-    print(f"{len(expected)} files are installed")
+    print(f"{len(expected)} files are installed, {links} links in them lead somewhere")
 
 
 main()

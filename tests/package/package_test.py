@@ -17,6 +17,9 @@ import tempfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(ROOT / "tests" / "install"))
+from broken_links import broken_links  # noqa: E402 (one package leaves out some of the files)
+
 SAMPLE = ROOT / "examples" / "events_report"
 EXPECTED_EVENTS = (Path(__file__).parent / "last_3_events").read_bytes()
 EMULATOR = ["qemu-ppc", "-L", "/usr/powerpc-linux-gnu"]
@@ -243,6 +246,8 @@ def main():
             check_binary(what, root)
             page = gzip.decompress((root / "usr/share/man/man1/events-viewer.1.gz").read_bytes())
             expect(page == (ROOT / "doc/events-viewer.1").read_bytes(), f"{what}: another manual")
+        broken, links = broken_links(pc_root / DOC)
+        expect(links and not broken, f".deb: {links} links, broken are {broken}")
         check_licences(board_root)
         check_board_dependencies(ipk, board_root)
         check_pc_dependencies(deb)

@@ -7,7 +7,7 @@
 
 namespace eventsviewer {
 
-/// The twelve tables under the names that the data files use.
+/// Every table under the name that the data files use for it.
 inline const std::map<std::string, const ReasonTable*>& reasonTablesByName()
 {
     static const std::map<std::string, const ReasonTable*> tables = {
