@@ -29,8 +29,7 @@ extern const ReasonTable BeamSwitchTypes;
 /// What fault the BUC (block upconverter) reported.
 extern const ReasonTable BucErrorReportReasons;
 
-/// Why the BUC is not calibrated: no band commissioned, or the step of the one-touch
-/// commissioning (OTC) that failed.
+/// Why the BUC is not calibrated: no band commissioned, or the step of the OTC that failed.
 extern const ReasonTable BucNotCalibratedReasons;
 
 /// Why the search by the over-the-air (OTA) beam map found no service carrier.
