@@ -40,4 +40,4 @@ struct OtherWriterDefaults : StreamWriterBuilder {
 
 #define CharReaderBuilder OtherReaderDefaults
 #define StreamWriterBuilder OtherWriterDefaults
-#include "../../src/jsonaccess/json_access.cpp"
+#include "jsonaccess/json_access.cpp"
