@@ -2,11 +2,36 @@
 
 #include "support/child_process.h"
 
+#include <getopt.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <string>
 #include <vector>
+
+namespace {
+
+bool libraryGoesBeyondTheEnd = false;
+
+} // namespace
+
+// The linker leads the program's own calls of getopt_long here (--wrap). NOLINTBEGIN
+extern "C" {
+
+int __real_getopt_long(int argc, char* const* argv, const char* letters, const option* names,
+                       int* index);
+
+int __wrap_getopt_long(int argc, char* const* argv, const char* letters, const option* names,
+                       int* index)
+{
+    const int found = __real_getopt_long(argc, argv, letters, names, index);
+    if (libraryGoesBeyondTheEnd && found == '?') {
+        optind = argc + 1;
+    }
+    return found;
+}
+}
+// NOLINTEND
 
 namespace eventsviewer {
 namespace {
@@ -222,6 +247,14 @@ TEST(ParseOptions, RejectsAnArgumentOfAnOptionThatTakesNone)
 {
     expectError({"--show=5"}, "tool: option '--show' doesn't allow an argument\n"
                               "Invalid Argument: --show=5\n");
+}
+
+TEST(ParseOptions, ReportsNoElementBeyondTheEnd)
+{
+    // Some C libraries count a missing argument as if it were there.
+    libraryGoesBeyondTheEnd = true;
+    expectError({"-n"}, "tool: option requires an argument -- 'n'\nInvalid Argument: \n");
+    libraryGoesBeyondTheEnd = false;
 }
 
 } // namespace

@@ -31,9 +31,11 @@ TEST(ValuesCountFromZero, AcceptsNoGapAndNoOtherStart)
 {
     static constexpr ReasonRow kCounting[] = {{0, "A", ""}, {1, "B", ""}, {2, "C", ""}};
     static constexpr ReasonRow kFromOne[] = {{1, "A", ""}, {2, "B", ""}};
+    static constexpr ReasonRow kOnlyTheFirstWrong[] = {{1, "A", ""}, {1, "B", ""}};
     static constexpr ReasonRow kGap[] = {{0, "A", ""}, {1, "B", ""}, {3, "C", ""}};
     EXPECT_TRUE(valuesCountFromZero(kCounting));
     EXPECT_FALSE(valuesCountFromZero(kFromOne));
+    EXPECT_FALSE(valuesCountFromZero(kOnlyTheFirstWrong));
     EXPECT_FALSE(valuesCountFromZero(kGap));
 }
 
@@ -50,9 +52,11 @@ TEST(NamesAreIdentifiers, AcceptsOnlyCapitalsDigitsAndUnderscores)
 TEST(NamesAreUnique, NoticesARepeatedName)
 {
     static constexpr ReasonRow kDifferent[] = {{0, "A", ""}, {1, "AB", ""}, {2, "B", ""}};
-    static constexpr ReasonRow kRepeated[] = {{0, "A", ""}, {1, "B", ""}, {2, "A", ""}};
+    static constexpr ReasonRow kFirstRepeated[] = {{0, "A", ""}, {1, "B", ""}, {2, "A", ""}};
+    static constexpr ReasonRow kSecondRepeated[] = {{0, "A", ""}, {1, "B", ""}, {2, "B", ""}};
     EXPECT_TRUE(namesAreUnique(kDifferent));
-    EXPECT_FALSE(namesAreUnique(kRepeated));
+    EXPECT_FALSE(namesAreUnique(kFirstRepeated));
+    EXPECT_FALSE(namesAreUnique(kSecondRepeated));
 }
 
 TEST(ExplanationsArePresent, NoticesAnEmptyOne)

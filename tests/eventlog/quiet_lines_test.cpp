@@ -45,7 +45,7 @@ TEST(QuietLength, AllowsBlanksAndTabsBetweenTheTokens)
 TEST(QuietLength, StopsAtAnIdThatIsNotAShortNumber)
 {
     for (const char* const id : {"\"5\"", "", "null", "true", "-5", "+5", "5.5", "5e3", "[5]", "{}",
-                                 "x5", "5x", "1234567890", "0000000005"}) {
+                                 "x5", "5x", "5/5", "5:5", "1234567890", "0000000005"}) {
         EXPECT_EQ(0U, quietLength(std::string("{\"id\":") + id + ",\"a\":1}")) << id;
     }
 }

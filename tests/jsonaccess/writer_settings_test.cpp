@@ -115,6 +115,9 @@ TEST(WriteCompact, WritesEachByteOfANameOrTextAsTheLibraryDoes)
         holding["b"] = text;
         holding["c"] = "last";
         EXPECT_EQ(writtenByTheLibrary(holding), writeCompact(holding)) << byte;
+        Json::Value alone(Json::objectValue);
+        alone[std::string(1, static_cast<char>(byte))] = std::string(3, static_cast<char>(byte));
+        EXPECT_EQ(writtenByTheLibrary(alone), writeCompact(alone)) << byte;
     }
 }
 

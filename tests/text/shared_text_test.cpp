@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -12,14 +14,17 @@ namespace {
 int allocations = 0;
 const void* lastFreed = nullptr; // until its address is given out again
 bool memoryIsExhausted = false;
+std::size_t pretendedLength = 0; // what a text is measured to be, unless 0
+int objects = 0;                 // made with new and not yet deleted
 
 } // namespace
 
-// The linker leads the program's own calls of malloc and free here (--wrap). NOLINTBEGIN
+// The linker leads the program's own calls of malloc, free and strlen here (--wrap). NOLINTBEGIN
 extern "C" {
 
 void* __real_malloc(std::size_t size);
 void __real_free(void* memory);
+std::size_t __real_strlen(const char* text);
 
 void* __wrap_malloc(std::size_t size)
 {
@@ -36,6 +41,32 @@ void __wrap_free(void* memory)
     lastFreed = memory;
     __real_free(memory);
 }
+
+std::size_t __wrap_strlen(const char* text)
+{
+    return pretendedLength != 0 ? pretendedLength : __real_strlen(text);
+}
+}
+
+void* operator new(std::size_t size)
+{
+    void* const memory = __real_malloc(size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    ++objects;
+    return memory;
+}
+
+void operator delete(void* memory) noexcept
+{
+    objects -= memory != nullptr ? 1 : 0;
+    __real_free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept
+{
+    operator delete(memory);
 }
 // NOLINTEND
 
@@ -103,6 +134,22 @@ TEST(SharedText, FreesItsBufferWithTheLastHandle)
     EXPECT_NE(buffer, lastFreed);
     copy = SharedText();
     EXPECT_EQ(buffer, lastFreed);
+}
+
+TEST(SharedText, LeavesNothingBehindWithItsLastHandle)
+{
+    SharedText (*const makers[])() = {[] { return textFromLiteral("copied"); },
+                                      [] { return textFromConstant("borrowed"); },
+                                      [] { return formatText("%s", "formatted"); }};
+    for (const auto make : makers) {
+        const int before = objects;
+        {
+            const SharedText text = make();
+            const SharedText copy(text); // NOLINT(performance-unnecessary-copy-initialization)
+            EXPECT_EQ(before + 1, objects);
+        }
+        EXPECT_EQ(before, objects);
+    }
 }
 
 TEST(SharedText, AssignmentReleasesTheOldText)
@@ -193,6 +240,23 @@ TEST(TextFromLiteral, WithoutMemoryReadsAsTheEmptyText)
     EXPECT_FALSE(text.isNull());
     EXPECT_STREQ("", text.characters());
     EXPECT_EQ(0U, text.length());
+}
+
+// How often memory is asked for to copy a text of `length` bytes. There is none, so none is copied.
+int allocationsForALengthOf(std::size_t length)
+{
+    const int before = allocations;
+    pretendedLength = length;
+    const SharedText text = withoutMemory([] { return textFromLiteral("as long as pretended"); });
+    pretendedLength = 0;
+    EXPECT_STREQ("", text.characters());
+    return allocations - before;
+}
+
+TEST(TextFromLiteral, CopiesNoTextWhoseLengthNeedsMoreThan32Bits)
+{
+    EXPECT_EQ(1, allocationsForALengthOf(UINT32_MAX - 1));
+    EXPECT_EQ(0, allocationsForALengthOf(UINT32_MAX));
 }
 
 TEST(TextFromConstant, BorrowsTheTextAndCopiesNothing)
