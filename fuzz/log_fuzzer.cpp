@@ -1,24 +1,25 @@
-// The input is a log behind two bytes: the first is the count of --show (the digit "3" stands for
-// 3), the second tells where the log is cut into its two files.
+// The input is a log behind two bytes: the low half of the first is the count of --show (the digit
+// "3" stands for 3), its lowest high bit says which action reads the two files joined; the second
+// tells where the log is cut into its two files.
 //
-// - The table of all events is its heading, and one row for each line that is an event when it is
-//   read alone: no line's fate depends on its neighbours.
-// - Each row has one pair of colour escapes besides those that the log brings along.
-// - The table of the newest N events has the last N rows.
+// - A table is what the plainest way of reading each line alone gives, and so are the diagnostics:
+//   no line's fate depends on its neighbours.
+// - A table has as many rows as its heading says, each with one pair of colour escapes besides
+// those
+//   that the log brings along.
+// - The table of the newest N events has the last N rows of the table of all events.
 // - The export is the table of all events, without a line feed at its end.
 // - Two files are the same log as both joined.
-// - Tables and diagnostics are what the plainest way of making them gives.
 
 #include "app/actions.h"
-#include "catalog/event_names.h"
 #include "checks.h"
-#include "describe/describe_event.h"
-#include "eventlog/event_line.h"
 #include "reference/naive.h"
-#include "render/event_table.h"
 #include "render/log_export.h"
 #include "support/captured_cout.h"
 #include "support/temporary_folder.h"
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -33,13 +34,55 @@ namespace eventsviewer::fuzz {
 
 namespace {
 
-constexpr std::string_view kNoEvents = "No events to display.";
-constexpr std::string_view kColourOn = "\033[1;34m";
-constexpr std::string_view kColourOff = "\033[0m";
+// A file that stays open and is overwritten in place: to open a small file and to give it new pages
+// takes longer than to write it.
+class OpenFile {
+public:
+    explicit OpenFile(const std::string& path)
+        : path_(path), descriptor_(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+    {
+    }
 
-struct Row {
+    const std::string& path() const { return path_; }
+
+    void write(std::string_view content) const
+    {
+        check(pwrite(descriptor_, content.data(), content.size(), 0) ==
+                      static_cast<ssize_t>(content.size()) &&
+                  ftruncate(descriptor_, static_cast<off_t>(content.size())) == 0,
+              "a log can be written");
+    }
+
+    std::string read() const
+    {
+        std::string content(static_cast<std::size_t>(lseek(descriptor_, 0, SEEK_END)), '\0');
+        check(pread(descriptor_, content.data(), content.size(), 0) ==
+                  static_cast<ssize_t>(content.size()),
+              "an export can be read");
+        return content;
+    }
+
+private:
+    std::string path_;
+    int descriptor_;
+};
+
+// An event as the plainest way shows it.
+struct PlainEvent {
     std::string time;
-    std::string text;
+    std::string detail;
+    std::string row;
+    std::string printed; // while it is described
+};
+
+struct PlainLog {
+    std::vector<PlainEvent> events;
+    std::string printed; // while it is read
+};
+
+struct Output {
+    std::string printed;
+    std::string table;
 };
 
 std::size_t occurrences(std::string_view text, std::string_view part)
@@ -51,7 +94,38 @@ std::size_t occurrences(std::string_view text, std::string_view part)
     return count;
 }
 
-// What stands between the parts of a heading.
+PlainEvent showPlainly(const reference::Event& event)
+{
+    const CapturedCout printed;
+    const std::string detail = reference::describeEvent(event.code, event.details);
+    return {event.time, detail, reference::rowOf(event, detail), printed.text()};
+}
+
+// Each line costs the plain way a new parser, so it is read once for all tables of the log.
+PlainLog readPlainly(std::string_view log)
+{
+    PlainLog plain;
+    const CapturedCout printed;
+    while (!log.empty()) {
+        const std::size_t end = std::min(log.find('\n'), log.size());
+        if (const auto event = reference::eventOf(std::string(log.substr(0, end)))) {
+            plain.events.push_back(showPlainly(*event));
+        }
+        log.remove_prefix(std::min(end + 1, log.size()));
+    }
+    plain.printed = printed.text();
+    return plain;
+}
+
+// What `makeTable` prints, and then its table.
+template <typename MakeTable> Output outputOf(MakeTable makeTable)
+{
+    const CapturedCout printed;
+    std::string table = makeTable();
+    check(std::cout.good(), "standard output stays good");
+    return {printed.text(), std::move(table)};
+}
+
 std::string heading(std::size_t count, const std::string& from, const std::string& to)
 {
     return "Last " + std::to_string(count) + " events from " + from + " to " + to +
@@ -59,102 +133,90 @@ std::string heading(std::size_t count, const std::string& from, const std::strin
            std::string(80, '=') + "\n";
 }
 
-Row rowOf(std::unique_ptr<EventRecord> event)
+// The row that stands in front of `rows`, which has one pair of colours of its own: the log may
+// bring escapes along, but its bytes never make one together with the row's.
+std::string_view takeRow(std::string_view& rows, const PlainEvent& event)
 {
-    const std::string details = describeEvent(event->code, event->details).characters();
-    const std::string time = event->time;
-    const std::string name = eventNameFor(event->code).characters();
-    EventStore store;
-    store.push_back(std::move(event));
-    const std::string table = renderEventTable(std::move(store), 1);
-
-    const std::string above = heading(1, time, time);
-    checkSame(table.substr(0, above.size()), above, "the heading of one event");
-    Row row = {time, table.substr(above.size())};
-    for (const std::string_view colour : {kColourOn, kColourOff}) {
-        // The log may bring escapes along, but its bytes never make one together with ours.
-        check(occurrences(row.text, colour) ==
-                  1 + occurrences(time, colour) + occurrences(details, colour),
+    const std::string_view row = rows.substr(0, event.row.size());
+    for (const std::string_view colour : {"\033[1;34m", "\033[0m"}) {
+        check(occurrences(row, colour) ==
+                  1 + occurrences(event.time, colour) + occurrences(event.detail, colour),
               "one pair of colours a row");
     }
-    check(row.text.substr(std::max<std::size_t>(time.size(), 20), kColourOn.size() + name.size()) ==
-              std::string(kColourOn) + name,
-          "the name stands behind the time, in colour");
+    rows.remove_prefix(row.size());
     return row;
 }
 
-std::vector<Row> rowsOf(std::string_view log)
+// The table in `output` has the newest `count` events of `plain`. Returns its rows.
+std::string_view checkedRows(const Output& output, const PlainLog& plain, std::size_t count)
 {
-    std::vector<Row> rows;
-    while (!log.empty()) {
-        const std::size_t end = std::min(log.find('\n'), log.size());
-        if (auto event = parseEventLine(log.substr(0, end))) {
-            rows.push_back(rowOf(std::move(event)));
-        }
-        log.remove_prefix(std::min(end + 1, log.size()));
+    const std::size_t shown = std::min(count, plain.events.size());
+    if (shown == 0) {
+        checkSame(output.table, "No events to display.", "a log without events");
+        checkSame(output.printed, plain.printed, "diagnostics of a log without events");
+        return {};
+    }
+    const auto first = plain.events.end() - static_cast<std::ptrdiff_t>(shown);
+    const std::string above = heading(shown, first->time, plain.events.back().time);
+    checkSame(output.table.substr(0, above.size()), above, "the heading counts the rows");
+
+    const std::string_view rows = std::string_view(output.table).substr(above.size());
+    std::string_view rest = rows;
+    std::string printed = plain.printed;
+    for (auto event = first; event != plain.events.end(); ++event) {
+        checkSame(takeRow(rest, *event), event->row, "each line is read as if alone");
+        printed += event->printed;
+    }
+    checkSame(rest, "", "no row but the events'");
+    checkSame(output.printed, printed, "diagnostics the plain way");
+    return rows;
+}
+
+// The last `count` of the `rows` of all events of `plain`.
+std::string_view lastRows(std::string_view rows, const PlainLog& plain, std::size_t count)
+{
+    const std::size_t left = plain.events.size() - std::min(count, plain.events.size());
+    for (std::size_t i = 0; i < left; ++i) {
+        rows.remove_prefix(plain.events[i].row.size());
     }
     return rows;
 }
 
-std::string tableOf(const std::vector<Row>& rows, std::size_t count)
-{
-    if (rows.empty()) {
-        return std::string(kNoEvents);
-    }
-    const std::size_t first = rows.size() - std::min(count, rows.size());
-    std::string table = heading(rows.size() - first, rows[first].time, rows.back().time);
-    for (std::size_t i = first; i < rows.size(); ++i) {
-        table += rows[i].text;
-    }
-    return table;
-}
-
-// What `makeTable` prints, and then its table.
-template <typename MakeTable> std::pair<std::string, std::string> outputOf(MakeTable makeTable)
-{
-    const CapturedCout printed;
-    std::string table = makeTable();
-    return {printed.text(), std::move(table)};
-}
-
-void checkLog(std::string_view older, std::string_view newer, std::size_t count)
+void checkLog(std::string_view older, std::string_view newer, std::size_t count, bool exportJoined)
 {
     static const TemporaryFolder folder;
-    folder.write("log.0", std::string(older));
-    const std::string path = folder.write("log", std::string(newer));
+    static const OpenFile olderFile(folder.path("log.0"));
+    static const OpenFile newerFile(folder.path("log"));
+    static const OpenFile joinedFile(folder.path("joined"));
+    static const OpenFile exportFile(folder.path("export"));
+
     const bool cutInsideALine = !older.empty() && older.back() != '\n';
     const std::string joined =
         std::string(older) + (cutInsideALine ? "\n" : "") + std::string(newer);
-    const std::vector<Row> rows = [&joined] {
-        const CapturedCout silence;
-        return rowsOf(joined);
-    }();
+    olderFile.write(older);
+    newerFile.write(newer);
+    joinedFile.write(joined);
+    const PlainLog plain = readPlainly(joined);
 
-    const auto all = outputOf([&path] { return allEventsTable(path); });
-    checkSame(all.second, tableOf(rows, rows.size()), "each line is read as if alone");
-    const auto naiveAll = outputOf([&path] { return reference::allEventsTable(path); });
-    checkSame(all.second, naiveAll.second, "all events the plain way");
-    checkSame(all.first, naiveAll.first, "diagnostics of all events the plain way");
+    // Each action on the log as it is and as one file would read it twice as often, for nothing.
+    const std::string& path = newerFile.path();
+    const std::string& pathForAll = exportJoined ? path : joinedFile.path();
+    const std::string& pathForExport = exportJoined ? joinedFile.path() : path;
 
-    const auto recent = outputOf([&path, count] { return recentEventsTable(path, count); });
-    checkSame(recent.second, tableOf(rows, count), "the newest events are the last rows");
-    const auto naiveRecent =
-        outputOf([&path, count] { return reference::recentEventsTable(path, count); });
-    checkSame(recent.second, naiveRecent.second, "the newest events the plain way");
-    checkSame(recent.first, naiveRecent.first, "diagnostics of the newest events the plain way");
-
-    const auto saved = outputOf([&path] {
-        saveEventTable(path, folder.path("export"));
-        return folder.read("export");
+    const auto all = outputOf([&] { return allEventsTable(pathForAll); });
+    const std::string_view allRows = checkedRows(all, plain, SIZE_MAX);
+    const auto saved = outputOf([&] {
+        saveEventTable(pathForExport, exportFile.path());
+        return exportFile.read();
     });
-    checkSame(saved.second, all.second, "the export is the table of all events");
-    checkSame(saved.first, all.first, "an export prints the diagnostics of all events");
+    checkSame(saved.table, all.table, "the export is the table of all events, joined or not");
+    checkSame(saved.printed, all.printed, "an export prints the diagnostics of all events");
 
-    const std::string joinedPath = folder.write("joined", joined);
-    const auto one = outputOf([&joinedPath] { return allEventsTable(joinedPath); });
-    checkSame(one.second, all.second, "two files are one log");
-    checkSame(one.first, all.first, "the diagnostics of two files are those of one log");
-    check(std::cout.good(), "standard output stays good");
+    const auto recent = outputOf([&] { return recentEventsTable(path, count); });
+    const std::string_view newest = lastRows(allRows, plain, count);
+    const std::size_t above = recent.table.size() - std::min(recent.table.size(), newest.size());
+    checkSame(recent.table.substr(above), newest, "the newest events are the last rows");
+    checkedRows(recent, plain, count);
 }
 
 } // namespace
@@ -169,8 +231,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     const std::size_t count = std::max<std::size_t>(data[0] % 16, 1);
+    const bool exportJoined = data[0] / 16 % 2 != 0;
     log.remove_prefix(2);
     const std::size_t cut = log.size() * data[1] / 256;
-    eventsviewer::fuzz::checkLog(log.substr(0, cut), log.substr(cut), count);
+    eventsviewer::fuzz::checkLog(log.substr(0, cut), log.substr(cut), count, exportJoined);
     return 0;
 }
