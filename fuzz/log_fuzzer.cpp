@@ -1,6 +1,7 @@
-// The input is a log behind two bytes: the low half of the first is the count of --show (the digit
-// "3" stands for 3), its lowest high bit says which action reads the two files joined; the second
-// tells where the log is cut into its two files.
+// The input is a log behind two bytes. Of the first, the low half is the count of --show (the digit
+// "3" stands for 3), the next bit says which action reads the two files joined, and with both its
+// highest bits the log comes eight times over: logs are judged in stretches of some 1000 bytes. The
+// second byte tells where the log is cut into its two files.
 //
 // - A table is what the plainest way of reading each line alone gives, and so are the diagnostics:
 //   no line's fate depends on its neighbours.
@@ -24,7 +25,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <iostream>
-#include <memory>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -67,16 +68,18 @@ private:
     int descriptor_;
 };
 
-// An event as the plainest way shows it.
-struct PlainEvent {
+// What the plainest way makes of a line.
+struct PlainLine {
+    std::string printed; // while it is read
+    bool isEvent = false;
     std::string time;
     std::string detail;
     std::string row;
-    std::string printed; // while it is described
+    std::string printedByRow; // while it is described
 };
 
 struct PlainLog {
-    std::vector<PlainEvent> events;
+    std::vector<const PlainLine*> events;
     std::string printed; // while it is read
 };
 
@@ -94,26 +97,40 @@ std::size_t occurrences(std::string_view text, std::string_view part)
     return count;
 }
 
-PlainEvent showPlainly(const reference::Event& event)
+PlainLine readPlainly(const std::string& text)
 {
+    PlainLine line;
     const CapturedCout printed;
-    const std::string detail = reference::describeEvent(event.code, event.details);
-    return {event.time, detail, reference::rowOf(event, detail), printed.text()};
+    if (const auto event = reference::eventOf(text)) {
+        const CapturedCout printedByRow;
+        line.isEvent = true;
+        line.time = event->time;
+        line.detail = reference::describeEvent(event->code, event->details);
+        line.row = reference::rowOf(*event, line.detail);
+        line.printedByRow = printedByRow.text();
+    }
+    line.printed = printed.text();
+    return line;
 }
 
-// Each line costs the plain way a new parser, so it is read once for all tables of the log.
-PlainLog readPlainly(std::string_view log)
+// Each line costs the plain way new parsers, so each is read once for all tables of the log, and
+// for all lines like it; `lines` keeps what it comes to.
+PlainLog readPlainly(std::string_view log, std::map<std::string, PlainLine>& lines)
 {
     PlainLog plain;
-    const CapturedCout printed;
     while (!log.empty()) {
         const std::size_t end = std::min(log.find('\n'), log.size());
-        if (const auto event = reference::eventOf(std::string(log.substr(0, end)))) {
-            plain.events.push_back(showPlainly(*event));
+        const std::string text(log.substr(0, end));
+        auto line = lines.find(text);
+        if (line == lines.end()) {
+            line = lines.emplace(text, readPlainly(text)).first;
+        }
+        plain.printed += line->second.printed;
+        if (line->second.isEvent) {
+            plain.events.push_back(&line->second);
         }
         log.remove_prefix(std::min(end + 1, log.size()));
     }
-    plain.printed = printed.text();
     return plain;
 }
 
@@ -135,7 +152,7 @@ std::string heading(std::size_t count, const std::string& from, const std::strin
 
 // The row that stands in front of `rows`, which has one pair of colours of its own: the log may
 // bring escapes along, but its bytes never make one together with the row's.
-std::string_view takeRow(std::string_view& rows, const PlainEvent& event)
+std::string_view takeRow(std::string_view& rows, const PlainLine& event)
 {
     const std::string_view row = rows.substr(0, event.row.size());
     for (const std::string_view colour : {"\033[1;34m", "\033[0m"}) {
@@ -156,16 +173,17 @@ std::string_view checkedRows(const Output& output, const PlainLog& plain, std::s
         checkSame(output.printed, plain.printed, "diagnostics of a log without events");
         return {};
     }
-    const auto first = plain.events.end() - static_cast<std::ptrdiff_t>(shown);
-    const std::string above = heading(shown, first->time, plain.events.back().time);
+    const std::size_t first = plain.events.size() - shown;
+    const std::string above = heading(shown, plain.events[first]->time, plain.events.back()->time);
     checkSame(output.table.substr(0, above.size()), above, "the heading counts the rows");
 
     const std::string_view rows = std::string_view(output.table).substr(above.size());
     std::string_view rest = rows;
     std::string printed = plain.printed;
-    for (auto event = first; event != plain.events.end(); ++event) {
-        checkSame(takeRow(rest, *event), event->row, "each line is read as if alone");
-        printed += event->printed;
+    for (std::size_t i = first; i < plain.events.size(); ++i) {
+        const PlainLine& event = *plain.events[i];
+        checkSame(takeRow(rest, event), event.row, "each line is read as if alone");
+        printed += event.printedByRow;
     }
     checkSame(rest, "", "no row but the events'");
     checkSame(output.printed, printed, "diagnostics the plain way");
@@ -177,7 +195,7 @@ std::string_view lastRows(std::string_view rows, const PlainLog& plain, std::siz
 {
     const std::size_t left = plain.events.size() - std::min(count, plain.events.size());
     for (std::size_t i = 0; i < left; ++i) {
-        rows.remove_prefix(plain.events[i].row.size());
+        rows.remove_prefix(plain.events[i]->row.size());
     }
     return rows;
 }
@@ -196,7 +214,8 @@ void checkLog(std::string_view older, std::string_view newer, std::size_t count,
     olderFile.write(older);
     newerFile.write(newer);
     joinedFile.write(joined);
-    const PlainLog plain = readPlainly(joined);
+    std::map<std::string, PlainLine> lines;
+    const PlainLog plain = readPlainly(joined, lines);
 
     // Each action on the log as it is and as one file would read it twice as often, for nothing.
     const std::string& path = newerFile.path();
@@ -226,14 +245,20 @@ void checkLog(std::string_view older, std::string_view newer, std::size_t count,
 // NOLINTNEXTLINE(readability-identifier-naming): libFuzzer looks for this name
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    std::string_view log(reinterpret_cast<const char*>(data), size);
-    if (size < 2 || eventsviewer::fuzz::nestsDeeper(log, 1000)) {
+    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    if (size < 2 || eventsviewer::fuzz::nestsDeeper(input, 1000)) {
         return 0;
     }
     const std::size_t count = std::max<std::size_t>(data[0] % 16, 1);
     const bool exportJoined = data[0] / 16 % 2 != 0;
-    log.remove_prefix(2);
+    const int times = data[0] < 0xc0 ? 1 : 8;
+    std::string log(input.substr(2));
+    for (int i = 1; i < times; ++i) {
+        log += '\n';
+        log += input.substr(2);
+    }
     const std::size_t cut = log.size() * data[1] / 256;
-    eventsviewer::fuzz::checkLog(log.substr(0, cut), log.substr(cut), count, exportJoined);
+    const std::string_view files = log;
+    eventsviewer::fuzz::checkLog(files.substr(0, cut), files.substr(cut), count, exportJoined);
     return 0;
 }
