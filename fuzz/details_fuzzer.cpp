@@ -27,6 +27,10 @@ namespace eventsviewer::fuzz {
 
 namespace {
 
+// The inputs in fuzz/corpus choose codes by their rows.
+static_assert(DescriptionCatalog[0x38].code == 1228 && DescriptionCatalog[0x3e].code == 1234 &&
+              DescriptionCatalog[0x47].code == 1243 && std::size(DescriptionCatalog) == 0x4b);
+
 // One of the described codes, or one that has no description.
 std::int32_t chosenCode(const std::uint8_t* choice)
 {
