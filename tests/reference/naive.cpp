@@ -81,6 +81,7 @@ std::unique_ptr<Event> eventOf(const std::string& line)
                 variables.removeMember(name);
             }
         }
+        // NOLINTNEXTLINE(readability-redundant-string-cstr): a comment may hold a NUL
         details = compact(variables).c_str();
     }
     return std::make_unique<Event>(Event{details, asInt(root["id"]), time});
