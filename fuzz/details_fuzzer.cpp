@@ -27,16 +27,19 @@ namespace eventsviewer::fuzz {
 
 namespace {
 
-// The inputs in fuzz/corpus choose codes by their rows.
-static_assert(DescriptionCatalog[0x38].code == 1228 && DescriptionCatalog[0x3e].code == 1234 &&
-              DescriptionCatalog[0x47].code == 1243 && std::size(DescriptionCatalog) == 0x4b);
-
-// One of the described codes, or one that has no description.
+// Numbers that are no described code choose one by its row. Those that are choose themselves, so
+// that the inputs in fuzz/corpus keep their codes when rows are added; 0 is without description.
 std::int32_t chosenCode(const std::uint8_t* choice)
 {
-    const std::size_t row =
-        static_cast<std::size_t>(choice[0] * 256 + choice[1]) % (std::size(DescriptionCatalog) + 1);
-    return row < std::size(DescriptionCatalog) ? DescriptionCatalog[row].code : 0;
+    const int number = choice[0] * 256 + choice[1];
+    const bool isDescribed =
+        std::any_of(std::begin(DescriptionCatalog), std::end(DescriptionCatalog),
+                    [number](const Description& row) { return row.code == number; });
+    if (number == 0 || isDescribed) {
+        return number;
+    }
+    const auto row = static_cast<std::size_t>(number) % std::size(DescriptionCatalog);
+    return DescriptionCatalog[row].code;
 }
 
 struct Output {
