@@ -1,29 +1,31 @@
-// The input is a log behind two bytes: the first is the count of --show (the digit "3" stands for
-// 3), the second tells where the log is cut into its two files.
+// The input is a log behind two bytes. Of the first, the low half is the count of --show (the digit
+// "3" stands for 3), the next bit says which action reads the two files joined, and with both its
+// highest bits the log comes eight times over. The second byte tells where the log is cut into its
+// two files.
 //
-// - The table of all events is its heading, and one row for each line that is an event when it is
-//   read alone: no line's fate depends on its neighbours.
-// - Each row has one pair of colour escapes besides those that the log brings along.
-// - The table of the newest N events has the last N rows.
+// - A table is what the plainest way of reading each line alone gives, and so are the diagnostics:
+//   no line's fate depends on its neighbours.
+// - A table has as many rows as its heading says, each with one pair of colour escapes besides
+// those
+//   that the log brings along.
+// - The table of the newest N events has the last N rows of the table of all events.
 // - The export is the table of all events, without a line feed at its end.
 // - Two files are the same log as both joined.
-// - Tables and diagnostics are what the plainest way of making them gives.
 
 #include "app/actions.h"
-#include "catalog/event_names.h"
 #include "checks.h"
-#include "describe/describe_event.h"
-#include "eventlog/event_line.h"
 #include "reference/naive.h"
-#include "render/event_table.h"
 #include "render/log_export.h"
 #include "support/captured_cout.h"
 #include "support/temporary_folder.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <iostream>
-#include <memory>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -33,13 +35,57 @@ namespace eventsviewer::fuzz {
 
 namespace {
 
-constexpr std::string_view kNoEvents = "No events to display.";
-constexpr std::string_view kColourOn = "\033[1;34m";
-constexpr std::string_view kColourOff = "\033[0m";
+// A file that stays open and is overwritten in place: to open a small file and to give it new pages
+// takes longer than to write it.
+class OpenFile {
+public:
+    explicit OpenFile(const std::string& path)
+        : path_(path), descriptor_(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+    {
+    }
 
-struct Row {
+    const std::string& path() const { return path_; }
+
+    void write(std::string_view content) const
+    {
+        check(pwrite(descriptor_, content.data(), content.size(), 0) ==
+                      static_cast<ssize_t>(content.size()) &&
+                  ftruncate(descriptor_, static_cast<off_t>(content.size())) == 0,
+              "a log can be written");
+    }
+
+    std::string read() const
+    {
+        std::string content(static_cast<std::size_t>(lseek(descriptor_, 0, SEEK_END)), '\0');
+        check(pread(descriptor_, content.data(), content.size(), 0) ==
+                  static_cast<ssize_t>(content.size()),
+              "an export can be read");
+        return content;
+    }
+
+private:
+    std::string path_;
+    int descriptor_;
+};
+
+// What the plainest way makes of a line.
+struct PlainLine {
+    std::string printed; // while it is read
+    bool isEvent = false;
     std::string time;
-    std::string text;
+    std::string detail;
+    std::string row;
+    std::string printedByRow; // while it is described
+};
+
+struct PlainLog {
+    std::vector<const PlainLine*> events;
+    std::string printed; // while it is read
+};
+
+struct Output {
+    std::string printed;
+    std::string table;
 };
 
 std::size_t occurrences(std::string_view text, std::string_view part)
@@ -51,7 +97,52 @@ std::size_t occurrences(std::string_view text, std::string_view part)
     return count;
 }
 
-// What stands between the parts of a heading.
+PlainLine readPlainly(const std::string& text)
+{
+    PlainLine line;
+    const CapturedCout printed;
+    if (const auto event = reference::eventOf(text)) {
+        const CapturedCout printedByRow;
+        line.isEvent = true;
+        line.time = event->time;
+        line.detail = reference::describeEvent(event->code, event->details);
+        line.row = reference::rowOf(*event, line.detail);
+        line.printedByRow = printedByRow.text();
+    }
+    line.printed = printed.text();
+    return line;
+}
+
+// Each line costs the plain way new parsers, so each is read once for all tables of the log, and
+// for all lines like it; `lines` keeps what it comes to.
+PlainLog readPlainly(std::string_view log, std::map<std::string, PlainLine>& lines)
+{
+    PlainLog plain;
+    while (!log.empty()) {
+        const std::size_t end = std::min(log.find('\n'), log.size());
+        const std::string text(log.substr(0, end));
+        auto line = lines.find(text);
+        if (line == lines.end()) {
+            line = lines.emplace(text, readPlainly(text)).first;
+        }
+        plain.printed += line->second.printed;
+        if (line->second.isEvent) {
+            plain.events.push_back(&line->second);
+        }
+        log.remove_prefix(std::min(end + 1, log.size()));
+    }
+    return plain;
+}
+
+// What `makeTable` prints, and then its table.
+template <typename MakeTable> Output outputOf(MakeTable makeTable)
+{
+    const CapturedCout printed;
+    std::string table = makeTable();
+    check(std::cout.good(), "standard output stays good");
+    return {printed.text(), std::move(table)};
+}
+
 std::string heading(std::size_t count, const std::string& from, const std::string& to)
 {
     return "Last " + std::to_string(count) + " events from " + from + " to " + to +
@@ -59,102 +150,99 @@ std::string heading(std::size_t count, const std::string& from, const std::strin
            std::string(80, '=') + "\n";
 }
 
-Row rowOf(std::unique_ptr<EventRecord> event)
+// The row that stands in front of `rows`, which has one pair of colours of its own: the log may
+// bring escapes along, but its bytes never make one together with the row's.
+std::string_view takeRow(std::string_view& rows, const PlainLine& event)
 {
-    const std::string details = describeEvent(event->code, event->details).characters();
-    const std::string time = event->time;
-    const std::string name = eventNameFor(event->code).characters();
-    EventStore store;
-    store.push_back(std::move(event));
-    const std::string table = renderEventTable(std::move(store), 1);
-
-    const std::string above = heading(1, time, time);
-    checkSame(table.substr(0, above.size()), above, "the heading of one event");
-    Row row = {time, table.substr(above.size())};
-    for (const std::string_view colour : {kColourOn, kColourOff}) {
-        // The log may bring escapes along, but its bytes never make one together with ours.
-        check(occurrences(row.text, colour) ==
-                  1 + occurrences(time, colour) + occurrences(details, colour),
+    const std::string_view row = rows.substr(0, event.row.size());
+    for (const std::string_view colour : {"\033[1;34m", "\033[0m"}) {
+        check(occurrences(row, colour) ==
+                  1 + occurrences(event.time, colour) + occurrences(event.detail, colour),
               "one pair of colours a row");
     }
-    check(row.text.substr(std::max<std::size_t>(time.size(), 20), kColourOn.size() + name.size()) ==
-              std::string(kColourOn) + name,
-          "the name stands behind the time, in colour");
+    rows.remove_prefix(row.size());
     return row;
 }
 
-std::vector<Row> rowsOf(std::string_view log)
+// The table in `output` has the newest `count` events of `plain`.
+void checkTable(const Output& output, const PlainLog& plain, std::size_t count)
 {
-    std::vector<Row> rows;
-    while (!log.empty()) {
-        const std::size_t end = std::min(log.find('\n'), log.size());
-        if (auto event = parseEventLine(log.substr(0, end))) {
-            rows.push_back(rowOf(std::move(event)));
-        }
-        log.remove_prefix(std::min(end + 1, log.size()));
+    const std::size_t shown = std::min(count, plain.events.size());
+    if (shown == 0) {
+        checkSame(output.table, "No events to display.", "a log without events");
+        checkSame(output.printed, plain.printed, "diagnostics of a log without events");
+        return;
     }
-    return rows;
+    const std::size_t first = plain.events.size() - shown;
+    const std::string above = heading(shown, plain.events[first]->time, plain.events.back()->time);
+    checkSame(output.table.substr(0, above.size()), above, "the heading counts the rows");
+
+    std::string_view rest = std::string_view(output.table).substr(above.size());
+    std::string printed = plain.printed;
+    for (std::size_t i = first; i < plain.events.size(); ++i) {
+        const PlainLine& event = *plain.events[i];
+        checkSame(takeRow(rest, event), event.row, "each line is read as if alone");
+        printed += event.printedByRow;
+    }
+    checkSame(rest, "", "no row but the events'");
+    checkSame(output.printed, printed, "diagnostics the plain way");
 }
 
-std::string tableOf(const std::vector<Row>& rows, std::size_t count)
+// Where the newest `count` rows of `plain` stand in `table`.
+std::string_view newestRows(std::string_view table, const PlainLog& plain, std::size_t count)
 {
-    if (rows.empty()) {
-        return std::string(kNoEvents);
+    std::size_t size = 0;
+    for (std::size_t i = plain.events.size(); i > 0 && count > 0; --i, --count) {
+        size += plain.events[i - 1]->row.size();
     }
-    const std::size_t first = rows.size() - std::min(count, rows.size());
-    std::string table = heading(rows.size() - first, rows[first].time, rows.back().time);
-    for (std::size_t i = first; i < rows.size(); ++i) {
-        table += rows[i].text;
-    }
-    return table;
+    return table.substr(table.size() - std::min(table.size(), size));
 }
 
-// What `makeTable` prints, and then its table.
-template <typename MakeTable> std::pair<std::string, std::string> outputOf(MakeTable makeTable)
+// The log is in two files below `path`, and in one at `joinedPath`. Both actions on both would read
+// it twice as often and find the same.
+Output checkedAll(const std::string& path, const std::string& joinedPath, bool exportJoined,
+                  const OpenFile& exportFile)
 {
-    const CapturedCout printed;
-    std::string table = makeTable();
-    return {printed.text(), std::move(table)};
+    Output all = outputOf([&] { return allEventsTable(exportJoined ? path : joinedPath); });
+    const Output saved = outputOf([&] {
+        saveEventTable(exportJoined ? joinedPath : path, exportFile.path());
+        return exportFile.read();
+    });
+    checkSame(saved.table, all.table, "the export is the table of all events, joined or not");
+    checkSame(saved.printed, all.printed, "an export prints the diagnostics of all events");
+    return all;
 }
 
-void checkLog(std::string_view older, std::string_view newer, std::size_t count)
+void checkLog(std::string_view log, std::uint8_t choice, std::size_t cut)
 {
     static const TemporaryFolder folder;
-    folder.write("log.0", std::string(older));
-    const std::string path = folder.write("log", std::string(newer));
-    const bool cutInsideALine = !older.empty() && older.back() != '\n';
-    const std::string joined =
-        std::string(older) + (cutInsideALine ? "\n" : "") + std::string(newer);
-    const std::vector<Row> rows = [&joined] {
-        const CapturedCout silence;
-        return rowsOf(joined);
-    }();
+    static const OpenFile olderFile(folder.path("log.0"));
+    static const OpenFile newerFile(folder.path("log"));
+    static const OpenFile joinedFile(folder.path("joined"));
+    static const OpenFile exportFile(folder.path("export"));
+    const std::size_t count = std::max(choice % 16U, 1U);
+    const bool exportJoined = choice / 16 % 2 != 0;
+    const bool isRepeated = choice >= 0xc0;
 
-    const auto all = outputOf([&path] { return allEventsTable(path); });
-    checkSame(all.second, tableOf(rows, rows.size()), "each line is read as if alone");
-    const auto naiveAll = outputOf([&path] { return reference::allEventsTable(path); });
-    checkSame(all.second, naiveAll.second, "all events the plain way");
-    checkSame(all.first, naiveAll.first, "diagnostics of all events the plain way");
+    std::string joined(log);
+    if (cut > 0 && log[cut - 1] != '\n') { // inside a line
+        joined.insert(cut, "\n");
+    }
+    olderFile.write(log.substr(0, cut));
+    newerFile.write(log.substr(cut));
+    joinedFile.write(joined);
+    std::map<std::string, PlainLine> lines;
+    const PlainLog plain = readPlainly(joined, lines);
 
-    const auto recent = outputOf([&path, count] { return recentEventsTable(path, count); });
-    checkSame(recent.second, tableOf(rows, count), "the newest events are the last rows");
-    const auto naiveRecent =
-        outputOf([&path, count] { return reference::recentEventsTable(path, count); });
-    checkSame(recent.second, naiveRecent.second, "the newest events the plain way");
-    checkSame(recent.first, naiveRecent.first, "diagnostics of the newest events the plain way");
-
-    const auto saved = outputOf([&path] {
-        saveEventTable(path, folder.path("export"));
-        return folder.read("export");
-    });
-    checkSame(saved.second, all.second, "the export is the table of all events");
-    checkSame(saved.first, all.first, "an export prints the diagnostics of all events");
-
-    const std::string joinedPath = folder.write("joined", joined);
-    const auto one = outputOf([&joinedPath] { return allEventsTable(joinedPath); });
-    checkSame(one.second, all.second, "two files are one log");
-    checkSame(one.first, all.first, "the diagnostics of two files are those of one log");
-    check(std::cout.good(), "standard output stays good");
+    const std::string& path = newerFile.path();
+    const Output recent = outputOf([&] { return recentEventsTable(path, count); });
+    if (!isRepeated) {
+        const Output all = checkedAll(path, joinedFile.path(), exportJoined, exportFile);
+        checkSame(newestRows(recent.table, plain, count), newestRows(all.table, plain, count),
+                  "the newest events are the last rows");
+        checkTable(all, plain, SIZE_MAX);
+    }
+    checkTable(recent, plain, count);
 }
 
 } // namespace
@@ -164,13 +252,17 @@ void checkLog(std::string_view older, std::string_view newer, std::size_t count)
 // NOLINTNEXTLINE(readability-identifier-naming): libFuzzer looks for this name
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    std::string_view log(reinterpret_cast<const char*>(data), size);
-    if (size < 2 || eventsviewer::fuzz::nestsDeeper(log, 1000)) {
+    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    if (size < 2 || eventsviewer::fuzz::nestsDeeper(input, 1000)) {
         return 0;
     }
-    const std::size_t count = std::max<std::size_t>(data[0] % 16, 1);
-    log.remove_prefix(2);
-    const std::size_t cut = log.size() * data[1] / 256;
-    eventsviewer::fuzz::checkLog(log.substr(0, cut), log.substr(cut), count);
+    // Only --show judges lines in stretches, of some 1000 bytes; the other actions read each line
+    // of a repeated log as they read the first.
+    std::string log(input.substr(2));
+    for (int i = 1; data[0] >= 0xc0 && i < 8; ++i) {
+        log += '\n';
+        log += input.substr(2);
+    }
+    eventsviewer::fuzz::checkLog(log, data[0], log.size() * data[1] / 256);
     return 0;
 }

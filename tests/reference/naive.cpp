@@ -17,13 +17,36 @@ namespace eventsviewer::reference {
 
 namespace {
 
-struct Event {
-    std::string details;
-    std::int32_t code;
-    std::string time;
-};
+std::string cString(const Json::Value& value)
+{
+    const char* const text = asCString(value);
+    return text != nullptr ? text : "";
+}
 
-using Events = std::deque<std::unique_ptr<Event>>;
+std::string explanationOf(const Json::Value& root, const std::string& key, const ReasonTable& table)
+{
+    if (root.isObject() && root.isMember(key) && root.get(key, Json::Value("")).isString()) {
+        const std::string name = cString(root.get(key, Json::Value("")));
+        for (const Reason& reason : table) {
+            if (name == reason.name) {
+                return reason.explanation;
+            }
+        }
+    }
+    return "Failed to retrieve description";
+}
+
+std::string nameOf(std::int32_t code)
+{
+    for (const EventName& row : EventNameTable) {
+        if (row.code == code) {
+            return row.name;
+        }
+    }
+    return "UNRECOGNIZED_EVENT_CODE_" + std::to_string(static_cast<std::uint32_t>(code));
+}
+
+} // namespace
 
 Json::Value parsed(const std::string& text)
 {
@@ -31,12 +54,6 @@ Json::Value parsed(const std::string& text)
     std::stringstream stream(text);
     extract(stream, root);
     return root;
-}
-
-std::string cString(const Json::Value& value)
-{
-    const char* const text = asCString(value);
-    return text != nullptr ? text : "";
 }
 
 std::unique_ptr<Event> eventOf(const std::string& line)
@@ -64,49 +81,14 @@ std::unique_ptr<Event> eventOf(const std::string& line)
                 variables.removeMember(name);
             }
         }
+        // NOLINTNEXTLINE(readability-redundant-string-cstr): a comment may hold a NUL
         details = compact(variables).c_str();
     }
     return std::make_unique<Event>(Event{details, asInt(root["id"]), time});
 }
 
-Events load(const std::string& inputPath, std::size_t count)
+std::string describeParsed(std::int32_t code, const Json::Value& root)
 {
-    Events events;
-    for (const std::string& path : {inputPath + ".0", inputPath}) {
-        std::ifstream file(path);
-        std::string line;
-        while (std::getline(file, line)) {
-            std::unique_ptr<Event> event = eventOf(line);
-            if (event == nullptr) {
-                continue;
-            }
-            if (events.size() >= count) {
-                events.pop_front();
-            }
-            events.push_back(std::move(event));
-        }
-    }
-    return events;
-}
-
-std::string explanationOf(const Json::Value& root, const std::string& key, const ReasonTable& table)
-{
-    if (root.isObject() && root.isMember(key) && root.get(key, Json::Value("")).isString()) {
-        const std::string name = cString(root.get(key, Json::Value("")));
-        for (const Reason& reason : table) {
-            if (name == reason.name) {
-                return reason.explanation;
-            }
-        }
-    }
-    return "Failed to retrieve description";
-}
-
-} // namespace
-
-std::string describeEvent(std::int32_t code, const std::string& details)
-{
-    const Json::Value root = parsed(details);
     for (const Description& description : DescriptionCatalog) {
         if (description.code != code) {
             continue;
@@ -129,16 +111,44 @@ std::string describeEvent(std::int32_t code, const std::string& details)
     return "Unknown";
 }
 
+std::string describeEvent(std::int32_t code, const std::string& details)
+{
+    return describeParsed(code, parsed(details));
+}
+
+std::string rowOf(const Event& event, std::string detail)
+{
+    for (std::size_t at = 0; (at = detail.find('\n', at)) != std::string::npos; at += 50) {
+        detail.replace(at, 1, '\n' + std::string(50, ' '));
+    }
+    std::ostringstream row;
+    row << std::left << std::setw(20) << event.time << std::setw(1) << "\033[1;34m" << std::setw(30)
+        << nameOf(event.code) << "\033[0m" << detail << "\n\n";
+    return row.str();
+}
+
 namespace {
 
-std::string nameOf(std::int32_t code)
+using Events = std::deque<std::unique_ptr<Event>>;
+
+Events load(const std::string& inputPath, std::size_t count)
 {
-    for (const EventName& row : EventNameTable) {
-        if (row.code == code) {
-            return row.name;
+    Events events;
+    for (const std::string& path : {inputPath + ".0", inputPath}) {
+        std::ifstream file(path);
+        std::string line;
+        while (std::getline(file, line)) {
+            std::unique_ptr<Event> event = eventOf(line);
+            if (event == nullptr) {
+                continue;
+            }
+            if (events.size() >= count) {
+                events.pop_front();
+            }
+            events.push_back(std::move(event));
         }
     }
-    return "UNRECOGNIZED_EVENT_CODE_" + std::to_string(static_cast<std::uint32_t>(code));
+    return events;
 }
 
 std::string render(const Events& events)
@@ -149,16 +159,11 @@ std::string render(const Events& events)
     char columns[200];
     std::snprintf(columns, sizeof columns, "%-20s%-30s%s\n", "Timestamp", "Event", "Detail");
     std::ostringstream table;
-    table << std::left << "Last " << events.size() << " events from " << events.front()->time
-          << " to " << events.back()->time << ":\n\n"
+    table << "Last " << events.size() << " events from " << events.front()->time << " to "
+          << events.back()->time << ":\n\n"
           << columns << std::string(80, '=') << "\n";
     for (const auto& event : events) {
-        std::string detail = describeEvent(event->code, event->details);
-        for (std::size_t at = 0; (at = detail.find('\n', at)) != std::string::npos; at += 50) {
-            detail.replace(at, 1, '\n' + std::string(50, ' '));
-        }
-        table << std::setw(20) << event->time << std::setw(1) << "\033[1;34m" << std::setw(30)
-              << nameOf(event->code) << "\033[0m" << detail << "\n\n";
+        table << rowOf(*event, describeEvent(event->code, event->details));
     }
     return table.str();
 }

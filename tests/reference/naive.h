@@ -1,7 +1,10 @@
 #pragma once
 
+#include <json/value.h>
+
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace eventsviewer::reference {
@@ -19,5 +22,25 @@ std::string allEventsTable(const std::string& inputPath);
 
 /// As describeEvent of the program.
 std::string describeEvent(std::int32_t code, const std::string& details);
+
+// The steps of the above, for those who want one line's share of a table.
+
+struct Event {
+    std::string details;
+    std::int32_t code;
+    std::string time;
+};
+
+/// The event on `line`, with the diagnostics of reading it; none if the line carries no event.
+std::unique_ptr<Event> eventOf(const std::string& line);
+
+/// The row of `event`, whose description is `detail`.
+std::string rowOf(const Event& event, std::string detail);
+
+/// What `text` is parsed to, with the diagnostic of a text that breaks.
+Json::Value parsed(const std::string& text);
+
+/// The description of an event whose details were parsed to `root`.
+std::string describeParsed(std::int32_t code, const Json::Value& root);
 
 } // namespace eventsviewer::reference
