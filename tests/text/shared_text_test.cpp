@@ -1,85 +1,16 @@
 #include "text/shared_text.h"
 
+#include "text/watched_calls.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <new>
 #include <string>
 #include <utility>
 
-namespace {
-
-int allocations = 0;
-const void* lastFreed = nullptr; // until its address is given out again
-bool memoryIsExhausted = false;
-std::size_t pretendedLength = 0; // what a text is measured to be, unless 0
-int objects = 0;                 // made with new and not yet deleted
-
-} // namespace
-
-// The linker leads the program's own calls of malloc, free and strlen here (--wrap). NOLINTBEGIN
-extern "C" {
-
-void* __real_malloc(std::size_t size);
-void __real_free(void* memory);
-std::size_t __real_strlen(const char* text);
-
-void* __wrap_malloc(std::size_t size)
-{
-    ++allocations;
-    void* const memory = memoryIsExhausted ? nullptr : __real_malloc(size);
-    if (memory == lastFreed) {
-        lastFreed = nullptr;
-    }
-    return memory;
-}
-
-void __wrap_free(void* memory)
-{
-    lastFreed = memory;
-    __real_free(memory);
-}
-
-std::size_t __wrap_strlen(const char* text)
-{
-    return pretendedLength != 0 ? pretendedLength : __real_strlen(text);
-}
-}
-
-void* operator new(std::size_t size)
-{
-    void* const memory = __real_malloc(size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    ++objects;
-    return memory;
-}
-
-void operator delete(void* memory) noexcept
-{
-    objects -= memory != nullptr ? 1 : 0;
-    __real_free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    operator delete(memory);
-}
-// NOLINTEND
-
 namespace eventsviewer {
 namespace {
-
-SharedText withoutMemory(SharedText (*make)())
-{
-    memoryIsExhausted = true;
-    SharedText text = make();
-    memoryIsExhausted = false;
-    return text;
-}
 
 TEST(SharedText, WithoutARecordReadsAsTheEmptyText)
 {
@@ -288,93 +219,6 @@ TEST(TextFromConstant, IsMeasuredWheneverItsLengthIsAsked)
     EXPECT_EQ(6U, text.length());
     buffer[2] = '\0';
     EXPECT_EQ(2U, text.length());
-}
-
-TEST(FormatText, FormatsLikePrintf)
-{
-    const SharedText text = formatText("%s is %u, %5.2f%%|%-4d|", "pi", 3U, 3.14159, 7);
-    EXPECT_STREQ("pi is 3,  3.14%|7   |", text.characters());
-    EXPECT_EQ(21U, text.length());
-}
-
-TEST(FormatText, OfAnEmptyResultIsNull)
-{
-    EXPECT_TRUE(formatText("%s", "").isNull());
-    EXPECT_TRUE(formatText("%s%s", "", "").isNull());
-}
-
-TEST(FormatText, OfOneCharacterIsNotNull)
-{
-    EXPECT_STREQ("x", formatText("%c", 'x').characters());
-}
-
-TEST(FormatText, AllocatesOnceForTheText)
-{
-    const int before = allocations;
-    const SharedText text = formatText("%s", "only once");
-    EXPECT_EQ(before + 1, allocations);
-}
-
-TEST(FormatText, AllocatesNothingForAnEmptyResult)
-{
-    const int before = allocations;
-    const SharedText text = formatText("%s", "");
-    EXPECT_EQ(before, allocations);
-}
-
-TEST(FormatText, GivesTheWholeOfALongText)
-{
-    const std::string part(5000, 'a');
-    const SharedText text = formatText("<%s|%s>", part.c_str(), part.c_str());
-    EXPECT_EQ("<" + part + "|" + part + ">", text.characters());
-    EXPECT_EQ(10003U, text.length());
-}
-
-TEST(FormatText, GivesATextOfEveryLengthWhole)
-{
-    for (std::size_t length = 500; length <= 1030; ++length) {
-        const std::string expected = std::string(length - 1, 'a') + "z";
-        const SharedText text = formatText("%s", expected.c_str());
-        EXPECT_EQ(expected, text.characters());
-        EXPECT_EQ(length, text.length());
-    }
-}
-
-TEST(FormatText, CountsACharacterThatIsNul)
-{
-    const SharedText text = formatText("a%cb", '\0');
-    EXPECT_EQ(std::string("a\0b\0", 4), std::string(text.characters(), 4));
-    EXPECT_EQ(3U, text.length());
-}
-
-TEST(FormatText, ThatFailsIsNull)
-{
-    const wchar_t noCharacter[] = {static_cast<wchar_t>(0x7fffffff), 0};
-    EXPECT_TRUE(formatText("text before %ls", noCharacter).isNull());
-}
-
-TEST(FormatText, WithoutMemoryIsNull)
-{
-    EXPECT_TRUE(withoutMemory([] { return formatText("%s", "too much"); }).isNull());
-}
-
-TEST(FormatText, FreesItsBufferWithTheLastHandle)
-{
-    SharedText text = formatText("%d", 42);
-    const void* const buffer = text.characters();
-    text = SharedText();
-    EXPECT_EQ(buffer, lastFreed);
-}
-
-TEST(FormatText, IsSharedByItsCopies)
-{
-    const SharedText text = formatText("%s", "shared");
-    lastFreed = nullptr;
-    {
-        const SharedText copy(text); // NOLINT(performance-unnecessary-copy-initialization)
-    }
-    EXPECT_EQ(nullptr, lastFreed);
-    EXPECT_STREQ("shared", text.characters());
 }
 
 } // namespace
