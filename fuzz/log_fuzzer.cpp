@@ -1,7 +1,7 @@
 // The input is a log behind two bytes. Of the first, the low half is the count of --show (the digit
 // "3" stands for 3), the next bit says which action reads the two files joined, and with both its
-// highest bits the log comes eight times over. The second byte tells where the log is cut into its
-// two files.
+// highest bits the first line comes as often as 1000 bytes hold it. The second byte tells where the
+// log is cut into its two files.
 //
 // - A table is what the plainest way of reading each line alone gives, and so are the diagnostics:
 //   no line's fate depends on its neighbours.
@@ -34,6 +34,9 @@
 namespace eventsviewer::fuzz {
 
 namespace {
+
+// The first byte of an input that only --show reads.
+constexpr std::uint8_t kOnlyShow = 0xc0;
 
 // A file that stays open and is overwritten in place: to open a small file and to give it new pages
 // takes longer than to write it.
@@ -222,7 +225,6 @@ void checkLog(std::string_view log, std::uint8_t choice, std::size_t cut)
     static const OpenFile exportFile(folder.path("export"));
     const std::size_t count = std::max(choice % 16U, 1U);
     const bool exportJoined = choice / 16 % 2 != 0;
-    const bool isRepeated = choice >= 0xc0;
 
     std::string joined(log);
     if (cut > 0 && log[cut - 1] != '\n') { // inside a line
@@ -236,7 +238,7 @@ void checkLog(std::string_view log, std::uint8_t choice, std::size_t cut)
 
     const std::string& path = newerFile.path();
     const Output recent = outputOf([&] { return recentEventsTable(path, count); });
-    if (!isRepeated) {
+    if (choice < kOnlyShow) {
         const Output all = checkedAll(path, joinedFile.path(), exportJoined, exportFile);
         checkSame(newestRows(recent.table, plain, count), newestRows(all.table, plain, count),
                   "the newest events are the last rows");
@@ -256,13 +258,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size < 2 || eventsviewer::fuzz::nestsDeeper(input, 1000)) {
         return 0;
     }
-    // Only --show judges lines in stretches, of some 1000 bytes; the other actions read each line
-    // of a repeated log as they read the first.
-    std::string log(input.substr(2));
-    for (int i = 1; data[0] >= 0xc0 && i < 8; ++i) {
-        log += '\n';
-        log += input.substr(2);
+    // --show judges lines in stretches of up to 1000 bytes, and short inputs come to no end of one.
+    // The other actions would read the repeated line as they read it the first time.
+    std::string_view lines = input.substr(2);
+    std::string log;
+    if (data[0] >= eventsviewer::fuzz::kOnlyShow) {
+        const std::size_t end = std::min(lines.find('\n'), lines.size());
+        const std::string first = std::string(lines.substr(0, end)) + '\n';
+        for (std::size_t i = 0; i < 1000 / first.size(); ++i) {
+            log += first;
+        }
+        lines.remove_prefix(std::min(first.size(), lines.size()));
     }
+    log += lines;
     eventsviewer::fuzz::checkLog(log, data[0], log.size() * data[1] / 256);
     return 0;
 }
