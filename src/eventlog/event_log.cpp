@@ -82,16 +82,13 @@ EventStore loadAllEvents(const std::string& inputPath)
 
 EventStore loadRecentEvents(const std::string& inputPath, std::size_t count)
 {
-    // Most lines are too old to be shown. Of these only they are parsed that might print something.
+    // Most lines are too old to be shown. Of these only those are parsed that might print something.
     std::list<Candidate> newest;
     forLinesOf(inputPath, [&newest, count](std::string_view lines) {
         while (!lines.empty()) {
             const std::size_t quiet = quietLength(lines);
             addQuietLines(newest, count, lines.substr(0, quiet));
             lines.remove_prefix(quiet);
-            if (lines.empty()) {
-                break;
-            }
             if (auto record = parseEventLine(takeFirstLine(lines))) {
                 makeRoom(newest, count);
                 newest.push_back({std::move(record), {}});

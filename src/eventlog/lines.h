@@ -17,7 +17,8 @@ inline std::size_t wholeLinesLength(std::string_view text)
                : static_cast<std::size_t>(static_cast<const char*>(lineFeed) - text.data()) + 1;
 }
 
-/// Takes the first line away from `lines` and gives it without its line feed.
+/// Takes the first line away from `lines` and gives it without its line feed. Of no lines the first
+/// is empty.
 inline std::string_view takeFirstLine(std::string_view& lines)
 {
     const std::string_view line = lines.substr(0, lines.find('\n'));

@@ -2,17 +2,15 @@
 //
 // - Parsing ends the process only where more than 1000 objects and arrays are nested. No line of up
 //   to 1000 bytes can do that.
-// - Parsing prints only what the conversion of the member "id" has to say, and that is nothing for
-// a
-//   number of up to nine digits, since it fits 32 bits.
+// - Parsing prints only what the conversion of the member "id" has to say: nothing for a number of
+//   up to nine digits, since it fits 32 bits.
 // - The key of that member is written `"id"`, or with one of its letters as an escape, which begins
 //   with `\u006`. So a short line is quiet if it has no such escape and each `"id"` in it, whatever
 //   it may be part of, is followed by a colon and a short number: whichever of them the parser
 //   takes for the key, there is nothing to say.
 // - A line without `"id"` and without that escape behind its first brace carries no event.
 // - A line whose object begins with "id" and a short number carries one: the parser has stored the
-//   member when it comes to the comma or brace behind it, and damage further on cannot take it
-//   back.
+//   member when it comes to the comma or brace behind it. Damage further on cannot take it back.
 
 #include "eventlog/quiet_lines.h"
 

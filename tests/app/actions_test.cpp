@@ -156,14 +156,6 @@ TEST_F(Actions, HelpPrintsThePage)
         "                              (default: 10 events)\n");
 }
 
-TEST_F(Actions, OutsideTheRangeAreAnInternalError)
-{
-    const ChildResult result = run(5);
-    EXPECT_EQ("", result.standardOutput);
-    EXPECT_EQ("Internal Error! Invalid Action: 5\n", result.standardError);
-    EXPECT_EQ(255, result.exitStatus);
-}
-
 TEST_F(Actions, AnActionThatDoesNotExistIsAnInternalError)
 {
     const ChildResult result = run(5);

@@ -24,6 +24,8 @@ TEST(TakeFirstLine, TakesOneLineAfterTheOther)
     EXPECT_EQ("", takeFirstLine(lines));
     EXPECT_EQ("two", takeFirstLine(lines));
     EXPECT_TRUE(lines.empty());
+    EXPECT_EQ("", takeFirstLine(lines));
+    EXPECT_TRUE(lines.empty());
 }
 
 TEST(TakeLastLine, TakesOneLineAfterTheOther)
