@@ -82,7 +82,7 @@ EventStore loadAllEvents(const std::string& inputPath)
 
 EventStore loadRecentEvents(const std::string& inputPath, std::size_t count)
 {
-    // Most lines are too old to be shown. Of these only those are parsed that might print something.
+    // Most lines are too old to be shown: only those are parsed that might print something.
     std::list<Candidate> newest;
     forLinesOf(inputPath, [&newest, count](std::string_view lines) {
         while (!lines.empty()) {
