@@ -67,8 +67,20 @@ TEST(SharedText, FreesItsBufferWithTheLastHandle)
     EXPECT_EQ(buffer, lastFreed);
 }
 
+bool objectsAreCounted()
+{
+    const int before = objects;
+    void* const object = operator new(1);
+    const bool counted = objects == before + 1;
+    operator delete(object);
+    return counted;
+}
+
 TEST(SharedText, LeavesNothingBehindWithItsLastHandle)
 {
+    if (!objectsAreCounted()) {
+        GTEST_SKIP() << "valgrind has an operator new of its own, and notices what is left behind";
+    }
     SharedText (*const makers[])() = {[] { return textFromLiteral("copied"); },
                                       [] { return textFromConstant("borrowed"); },
                                       [] { return formatText("%s", "formatted"); }};
