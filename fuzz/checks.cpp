@@ -1,5 +1,6 @@
 #include "checks.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -37,17 +38,10 @@ void check(bool holds, const char* rule)
     }
 }
 
-bool nestsDeeper(std::string_view text, std::size_t limit)
+bool nestsDeeper(std::string_view text, std::ptrdiff_t limit)
 {
-    std::size_t opened = 0;
-    for (const char c : text) {
-        if (c == '\n') {
-            opened = 0;
-        } else if ((c == '{' || c == '[') && ++opened > limit) {
-            return true;
-        }
-    }
-    return false;
+    return std::count_if(text.begin(), text.end(), [](char c) { return c == '{' || c == '['; }) >
+           limit;
 }
 
 } // namespace eventsviewer::fuzz

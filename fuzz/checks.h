@@ -11,8 +11,8 @@ void checkSame(std::string_view actual, std::string_view expected, const char* r
 /// Where the `rule` is broken, names it and aborts.
 void check(bool holds, const char* rule);
 
-/// Whether a line of `text` may nest more than `limit` objects and arrays. Reading such a line ends
-/// the process on purpose.
-bool nestsDeeper(std::string_view text, std::size_t limit);
+/// Whether `text` may nest more than `limit` objects and arrays. Reading that ends the process on
+/// purpose. The text may go on behind a line feed, which is a blank among variables.
+bool nestsDeeper(std::string_view text, std::ptrdiff_t limit);
 
 } // namespace eventsviewer::fuzz
