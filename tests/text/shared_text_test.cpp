@@ -198,6 +198,9 @@ int allocationsForALengthOf(std::size_t length)
 
 TEST(TextFromLiteral, CopiesNoTextWhoseLengthNeedsMoreThan32Bits)
 {
+    if (SIZE_MAX == UINT32_MAX) {
+        GTEST_SKIP() << "no text is that long here";
+    }
     EXPECT_EQ(1, allocationsForALengthOf(UINT32_MAX - 1));
     EXPECT_EQ(0, allocationsForALengthOf(UINT32_MAX));
 }
