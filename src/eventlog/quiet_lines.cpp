@@ -4,11 +4,11 @@
 //   to 1000 bytes can do that.
 // - Parsing prints only what the conversion of the member "id" has to say: nothing for a number of
 //   up to nine digits, since it fits 32 bits.
-// - The key of that member is written `"id"`, or with one of its letters as an escape, which begins
-//   with `\u006`. So a short line is quiet if it has no such escape and each `"id"` in it, whatever
-//   it may be part of, is followed by a colon and a short number: whichever of them the parser
-//   takes for the key, there is nothing to say.
-// - A line without `"id"` and without that escape behind its first brace carries no event.
+// - The key of that member is written `"id"`, or with one of its letters as an escape, `\u0069` or
+//   `\u0064`. So a short line is quiet if no quote in it begins a key with such an escape, and each
+//   `"id"` in it, whatever it may be part of, is followed by a colon and a short number: whichever
+//   of them the parser takes for the key, there is nothing to say.
+// - A line without any of these behind its first brace carries no event.
 // - A line whose object begins with "id" and a short number carries one: the parser has stored the
 //   member when it comes to the comma or brace behind it. Damage further on cannot take it back.
 
@@ -17,8 +17,6 @@
 #include "eventlog/lines.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
 #include <cstring>
 
 namespace eventsviewer {
@@ -28,68 +26,63 @@ namespace {
 constexpr std::size_t kSafeLength = 1000;
 constexpr std::size_t kSafeDigits = 9;
 
-// The marks: every way to write the key "id" has one of these in it.
+// The marks: every way to write the key "id" begins with one of these.
 constexpr std::string_view kIdKey = "\"id\"";
-constexpr std::string_view kEscapedLetter = "\\u006";
+constexpr std::string_view kEscapedI = "\"\\u006";
+constexpr std::string_view kEscapedD = "\"i\\u006";
 
-// Marks are looked for by their first bytes.
-constexpr std::size_t kWindow = 4;
-static_assert(kIdKey.size() >= kWindow && kEscapedLetter.size() >= kWindow);
+// Nearly all bytes of a log are looked at here, so as many are taken at a time as the machine can.
+using Word = std::size_t;
 
-// By the last byte of a window: how many bytes further on the next window begins that can be a
-// mark's. 0 if this one can.
-constexpr std::array<std::uint8_t, 256> makeSteps()
+constexpr Word everyByte(unsigned char value)
 {
-    std::array<std::uint8_t, 256> steps = {};
-    for (std::uint8_t& step : steps) {
-        step = kWindow;
-    }
-    for (const std::string_view mark : {kEscapedLetter, kIdKey}) {
-        for (std::size_t i = 0; i < kWindow; ++i) {
-            std::uint8_t& step = steps[static_cast<unsigned char>(mark[i])];
-            step = std::min(step, static_cast<std::uint8_t>(kWindow - 1 - i));
-        }
-    }
-    return steps;
+    return ~Word{0} / 0xff * value;
 }
 
-constexpr std::array<std::uint8_t, 256> kSteps = makeSteps();
-
-// Whether the window at `position` begins a mark.
-bool isMark(std::string_view text, std::size_t position)
+Word wordAt(const char* text)
 {
-    const char* const window = text.data() + position;
-    if (std::memcmp(window, kIdKey.data(), kWindow) == 0) {
-        return true;
-    }
-    return std::memcmp(window, kEscapedLetter.data(), kWindow) == 0 &&
-           text.compare(position, kEscapedLetter.size(), kEscapedLetter) == 0;
+    Word word = 0;
+    std::memcpy(&word, text, sizeof word);
+    return word;
 }
 
-// The position of the first mark at or behind `from`, or npos. Nearly all bytes of a log are looked
-// at here, so most are stepped over.
+// Whether a mark may begin in the word at `text`, which has a byte behind it: whether a quote
+// stands in front of an "i" or a backslash, or of one of the few bytes that have what these two
+// share. Each is 0 in the difference below, and 1 less sets its highest bit, as bytes outside ASCII
+// have it set.
+bool mayBeginMark(const char* text)
+{
+    constexpr unsigned char kShared = static_cast<unsigned char>(~('i' ^ '\\'));
+    const Word first = wordAt(text) ^ everyByte('"');
+    const Word second = (wordAt(text + 1) ^ everyByte('i')) & everyByte(kShared);
+    return (((first | second) - everyByte(0x01)) & everyByte(0x80)) != 0;
+}
+
+bool beginsWithMark(std::string_view text)
+{
+    const auto beginsWith = [text](std::string_view mark) {
+        return text.size() >= mark.size() &&
+               std::memcmp(text.data(), mark.data(), mark.size()) == 0;
+    };
+    return beginsWith(kIdKey) || beginsWith(kEscapedI) || beginsWith(kEscapedD);
+}
+
+// The position of the first mark at or behind `from`, or npos.
 std::size_t findMark(std::string_view text, std::size_t from)
 {
-    const auto stepAt = [text](std::size_t position) {
-        return kSteps[static_cast<unsigned char>(text[position])];
-    };
-    std::size_t last = from + kWindow - 1;
-    while (last < text.size()) {
-        std::size_t step = stepAt(last);
-        while (step > 0 && last + 3 * kWindow < text.size()) {
-            // A step of 0 stays where it is, so the last of some tells of them all.
-            last += step;
-            last += stepAt(last);
-            step = stepAt(last);
+    const char* at = text.data() + from;
+    const char* const end = text.data() + text.size();
+    const char* const words = end - std::min(sizeof(Word), text.size()); // a word and more to go
+    while (at < end) {
+        while (at < words && !mayBeginMark(at)) {
+            at += sizeof(Word);
         }
-        if (step == 0) {
-            const std::size_t window = last - (kWindow - 1);
-            if (isMark(text, window)) {
-                return window;
+        const char* const behind = at < words ? at + sizeof(Word) : end;
+        for (; at < behind; ++at) {
+            if (*at == '"' && beginsWithMark({at, static_cast<std::size_t>(end - at)})) {
+                return static_cast<std::size_t>(at - text.data());
             }
-            step = 1;
         }
-        last += step;
     }
     return std::string_view::npos;
 }
@@ -101,17 +94,19 @@ void skipBlanks(std::string_view& text)
     }
 }
 
-// Whether `text` begins with the key "id", a short number and the comma or brace that ends it.
-bool beginsWithShortId(std::string_view text)
+// How many bytes at the beginning of `text` are the key "id", a short number and the comma or brace
+// that ends it. 0 if the text begins in another way.
+std::size_t shortIdLength(std::string_view text)
 {
+    const std::size_t length = text.size();
     if (text.size() < kIdKey.size() ||
         std::memcmp(text.data(), kIdKey.data(), kIdKey.size()) != 0) {
-        return false;
+        return 0;
     }
     text.remove_prefix(kIdKey.size());
     skipBlanks(text);
     if (text.empty() || text.front() != ':') {
-        return false;
+        return 0;
     }
     text.remove_prefix(1);
     skipBlanks(text);
@@ -122,17 +117,22 @@ bool beginsWithShortId(std::string_view text)
     }
     skipBlanks(text);
     const bool ended = !text.empty() && (text.front() == ',' || text.front() == '}');
-    return digits > 0 && digits <= kSafeDigits && ended;
+    return digits > 0 && digits <= kSafeDigits && ended ? length - text.size() + 1 : 0;
 }
 
 // The position of the first mark that is not an "id" with a short number, or npos.
 std::size_t findDoubt(std::string_view text)
 {
-    std::size_t mark = findMark(text, 0);
-    while (mark != std::string_view::npos && beginsWithShortId(text.substr(mark))) {
-        mark = findMark(text, mark + kIdKey.size());
+    std::size_t from = 0;
+    for (;;) {
+        const std::size_t mark = findMark(text, from);
+        const std::size_t length =
+            mark != std::string_view::npos ? shortIdLength(text.substr(mark)) : 0;
+        if (length == 0) {
+            return mark;
+        }
+        from = mark + length;
     }
-    return mark;
 }
 
 } // namespace
@@ -163,7 +163,7 @@ LineKind kindOfQuietLine(std::string_view line)
     }
     std::string_view members = line.substr(brace + 1);
     skipBlanks(members);
-    if (beginsWithShortId(members)) {
+    if (shortIdLength(members) > 0) {
         return LineKind::Event;
     }
     return findMark(members, 0) == std::string_view::npos ? LineKind::NoEvent : LineKind::Unclear;

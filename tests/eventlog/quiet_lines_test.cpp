@@ -72,19 +72,21 @@ TEST(QuietLength, StopsAtAnEscapedLetterOfId)
 {
     EXPECT_EQ(0U, quietLength("{\"\\u0069d\":5}"));
     EXPECT_EQ(0U, quietLength("{\"i\\u0064\":5}"));
+    EXPECT_EQ(0U, quietLength("{\"\\u0069\\u0064\":5}"));
     EXPECT_EQ(0U, quietLength("{\"id\":5,\"\\u0069d\":\"x\"}"));
-    EXPECT_EQ(0U, quietLength("\\u006"));
-    EXPECT_TRUE(isQuiet("{\"id\":5,\"a\":\"\\u0070\\u00e9\\n\"}"));
-    EXPECT_TRUE(isQuiet("\\u00"));
-    EXPECT_TRUE(isQuiet("u006"));
+    EXPECT_EQ(0U, quietLength("\"\\u006"));
+    EXPECT_EQ(0U, quietLength("\"i\\u006"));
+    EXPECT_TRUE(isQuiet("{\"id\":5,\"\\u0070\":\"\\u0070\\u00e9\\n\",\"i\\u0070\":\"x\\u0069d\"}"));
+    EXPECT_TRUE(isQuiet("\"\\u00"));
+    EXPECT_TRUE(isQuiet("\"i\\u00"));
 }
 
-TEST(QuietLength, FindsAMarkWhateverStandsBeforeIt)
+TEST(QuietLength, FindsAMarkWhateverStandsAroundIt)
 {
-    // Marks are looked for in steps of up to four bytes, some at a time, until close to the end.
-    for (const std::string mark : {"\"id\"", "\\u006"}) {
+    // Marks are looked for in several bytes at a time, until close to the end.
+    for (const std::string mark : {"\"id\"", "\"\\u006", "\"i\\u006"}) {
         for (std::size_t before = 0; before < 40; ++before) {
-            for (const char filler : {'x', '"', 'i', 'd', '0', 'u', '\\'}) {
+            for (const char filler : {'x', '"', 'i', 'd', '0', 'u', '\\', '}'}) {
                 for (std::size_t behind = 0; behind < 20; ++behind) {
                     const std::string line =
                         std::string(before, filler) + mark + std::string(behind, 'x');
