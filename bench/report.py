@@ -97,8 +97,8 @@ the least of a few runs.
 
 {gates}
 
-`--show` must look at every line, but parses only those that it cannot judge otherwise: on a log
-whose "id" comes last that is every line.
+`--show` must look at every line, but parses only the newest ones and those of which it cannot tell
+without that they have nothing to report.
 
 ## Beside other tools
 
