@@ -6,6 +6,7 @@
 #include "eventlog/quiet_lines.h"
 
 #include <list>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -97,10 +98,11 @@ EventStore loadRecentEvents(const std::string& inputPath, std::size_t count)
     });
 
     EventStore store;
-    for (Candidate& candidate : newest) {
-        store.push_back(candidate.record != nullptr ? std::move(candidate.record)
-                                                    : parseEventLine(candidate.line));
-        candidate.line = {};
+    while (!newest.empty()) {
+        Candidate& oldest = newest.front();
+        store.push_back(oldest.record != nullptr ? std::move(oldest.record)
+                                                 : parseEventLine(oldest.line));
+        newest.pop_front();
     }
     return store;
 }

@@ -49,11 +49,13 @@ bool LineReader::next(std::string_view& lines)
 
 void LineReader::readBlock()
 {
-    std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
-              buffer_.begin() + static_cast<std::ptrdiff_t>(end_), buffer_.begin());
-    end_ -= begin_;
-    begin_ = 0;
-    if (end_ == buffer_.size()) {
+    if (begin_ > 0) {
+        std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
+                  buffer_.begin() + static_cast<std::ptrdiff_t>(end_), buffer_.begin());
+        end_ -= begin_;
+        begin_ = 0;
+    }
+    if (end_ == buffer_.size()) { // a line that is longer
         buffer_.resize(std::max(kBlockSize, 2 * buffer_.size()));
     }
     ssize_t count = 0;

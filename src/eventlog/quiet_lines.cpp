@@ -141,7 +141,8 @@ std::size_t quietLength(std::string_view lines)
 {
     std::size_t quiet = 0;
     while (quiet < lines.size()) {
-        // Together no longer than one line may be, so that not each line's end must be looked for.
+        // Whole lines, together no longer than one may be, so that not each one's end must be
+        // looked for; none if the next line alone is longer. The last line may lack its line feed.
         std::string_view some = lines.substr(quiet, kSafeLength);
         if (quiet + some.size() < lines.size()) {
             some = some.substr(0, wholeLinesLength(some));

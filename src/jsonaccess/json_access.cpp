@@ -197,9 +197,9 @@ Json::Value& member(Json::Value& value, const char* key)
 {
     if (!mayHaveMembers(value,
                         "in Json::Value::resolveReference(key, end): requires objectValue")) {
-        static Json::Value nobodys;
-        nobodys = Json::Value();
-        return nobodys;
+        static Json::Value detached;
+        detached = Json::Value();
+        return detached;
     }
     return value[key];
 }

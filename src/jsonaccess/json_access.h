@@ -1,5 +1,5 @@
-// All JSON goes through these functions. They call JsonCpp with fixed settings and let none of its
-// errors out:
+// Whatever can fail with JSON goes through these functions. They call JsonCpp with fixed settings
+// and let none of its errors out:
 // - A text that does not parse, and an operation on a value of the wrong type, prints one line on
 //   std::cout that begins with "Tarvik workaround: ", and the caller goes on with the result given
 //   below. Whoever wants no such line sets std::cout to failed first.

@@ -2,6 +2,7 @@
 
 #include "catalog/event_names.h"
 #include "describe/describe_event.h"
+#include "text/shared_text.h"
 
 #include <algorithm>
 #include <string_view>
@@ -68,12 +69,13 @@ void appendRow(std::string& table, const EventRecord& event)
 
 // What a long table needs is what its events give back. Left alone, a text that outgrows its memory
 // stands there twice while it is copied, and the C library keeps small pieces for more of their
-// size.
-void giveMemoryToTable(std::string& table, std::size_t rows, std::size_t rowsToCome)
+// size. So the table gets room for rows like its last ones early, while there is little to copy;
+// but no more at a time than it would take itself, since rows to come may be shorter.
+void giveMemoryToTable(std::string& table, std::size_t lastRowsSize, std::size_t rowsToCome)
 {
-    const std::size_t expected = table.size() / rows * (rows + rowsToCome);
+    const std::size_t expected = table.size() + lastRowsSize / kManyRows * rowsToCome;
     if (table.capacity() < expected) {
-        table.reserve(expected + expected / 8);
+        table.reserve(std::min(expected + expected / 8, 2 * table.capacity()));
     }
 #ifdef __GLIBC__
     malloc_trim(0);
@@ -89,11 +91,13 @@ std::string renderEventTable(EventStore events, std::uint32_t count)
     }
     std::string table;
     appendHeading(table, events, std::min<std::size_t>(count, events.size()));
+    std::size_t size = table.size();
     for (std::size_t rows = 1; !events.empty(); ++rows) {
         appendRow(table, *events.front());
         events.pop_front();
         if (rows % kManyRows == 0) {
-            giveMemoryToTable(table, rows, events.size());
+            giveMemoryToTable(table, table.size() - size, events.size());
+            size = table.size();
         }
     }
     return table;

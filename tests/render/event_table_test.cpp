@@ -119,6 +119,16 @@ TEST(RenderEventTable, IsWholeHoweverManyRowsItHas)
     EXPECT_TRUE(expected == renderEventTable(std::move(events), 100'000));
 }
 
+TEST(RenderEventTable, TakesNoMemoryForLongRowsThatDoNotCome)
+{
+    EventStore events;
+    for (int i = 0; i < 200'000; ++i) {
+        add(events, 684, std::string(i < 33'000 ? 1000 : 1, 't'));
+    }
+    const std::string table = renderEventTable(std::move(events), 200'000);
+    EXPECT_LT(table.capacity(), 4 * table.size());
+}
+
 TEST(RenderEventTable, WritesTheCountWithoutFill)
 {
     EventStore events;
