@@ -25,7 +25,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "cli"))
 import run_case  # noqa: E402 (how a test has the program run by its name)
 
 COLOUR = re.compile(r"\x1b\[[0-9;]*m")
-MANUAL_ESCAPES = {r"\-": "-", r"\e": "\\", r"\&": "", r"\(aq": "'", r"\(ha": "^"}
+MANUAL_ESCAPES = {r"\-": "-", r"\e": "\\", r"\&": "", r"\(aq": "'", r"\(ha": "^", r"\(ti": "~"}
 GNU_ONLY = ("less",)  # BusyBox's takes the colours out
 
 
