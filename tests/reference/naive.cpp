@@ -101,7 +101,7 @@ std::string describeParsed(std::int32_t code, const Json::Value& root)
         for (const Slot& slot : description.slots) {
             const std::string text = slot.reasons != nullptr
                                          ? explanationOf(root, slot.key, *slot.reasons)
-                                         : cString(root.get(slot.key, Json::Value("")));
+                                         : cString(get(root, slot.key));
             const std::size_t placeholder = filled.find("%s", searchFrom);
             filled.replace(placeholder, 2, text);
             searchFrom = placeholder + text.size();

@@ -61,6 +61,16 @@ std::string compact(const Json::Value& value)
     }
 }
 
+Json::Value get(const Json::Value& value, const std::string& key)
+{
+    try {
+        return value.get(key, Json::Value(""));
+    } catch (const Json::LogicError& error) {
+        complain(error.what());
+        return "";
+    }
+}
+
 const char* asCString(const Json::Value& value)
 {
     if (value.type() == Json::stringValue) {

@@ -15,6 +15,9 @@ void extract(std::istream& stream, Json::Value& root);
 /// `value` on one line, by a writer made for this call.
 std::string compact(const Json::Value& value);
 
+/// The member `key` of an object, or the empty text; that and a diagnostic for what can have none.
+Json::Value get(const Json::Value& value, const std::string& key);
+
 /// The text of a string; a diagnostic and a null pointer for anything else.
 const char* asCString(const Json::Value& value);
 
