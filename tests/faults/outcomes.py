@@ -26,6 +26,8 @@ ROW = re.compile(rb"(?s)(.{20,}?)\x1b\[1;34m(.{30,}?)\x1b\[0m(.*?)\n\n(?=\n?\Z|.
 PARSE_DIAGNOSTIC = re.compile(
     rb"(?s)Tarvik workaround: error occured in IStream in JsonCpp:.*?\n\n(?=Tarvik|Last |\Z)")
 NO_TEXT = b"Tarvik workaround: in Json::Value::asCString(): requires stringValue\n"
+NO_VARIABLES = (b"Tarvik workaround: in Json::Value::find(begin, end): "
+                b"requires objectValue or nullValue\n")
 NOT_EXPLAINED = b"Failed to retrieve description"
 
 
@@ -70,7 +72,7 @@ def is_row_without_a_text(row, usual, details_without_variables):
 
 def without_diagnostics(text):
     """`text` without what is printed about variables: it depends on whether there are any."""
-    return PARSE_DIAGNOSTIC.sub(b"", text).replace(NO_TEXT, b"")
+    return PARSE_DIAGNOSTIC.sub(b"", text).replace(NO_TEXT, b"").replace(NO_VARIABLES, b"")
 
 
 def lacks_a_text(text, usual, details_without_variables):
