@@ -55,7 +55,7 @@ void LineReader::readBlock()
         end_ -= begin_;
         begin_ = 0;
     }
-    if (end_ == buffer_.size()) { // a line that is longer
+    if (end_ == buffer_.size()) { // of one line that goes on
         buffer_.resize(std::max(kBlockSize, 2 * buffer_.size()));
     }
     ssize_t count = 0;

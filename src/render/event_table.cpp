@@ -91,13 +91,13 @@ std::string renderEventTable(EventStore events, std::uint32_t count)
     }
     std::string table;
     appendHeading(table, events, std::min<std::size_t>(count, events.size()));
-    std::size_t size = table.size();
+    std::size_t sizeBefore = table.size(); // the last rows
     for (std::size_t rows = 1; !events.empty(); ++rows) {
         appendRow(table, *events.front());
         events.pop_front();
         if (rows % kManyRows == 0) {
-            giveMemoryToTable(table, table.size() - size, events.size());
-            size = table.size();
+            giveMemoryToTable(table, table.size() - sizeBefore, events.size());
+            sizeBefore = table.size();
         }
     }
     return table;
