@@ -67,16 +67,16 @@ class Bench:
         nothing = counter.count([f"{self.build}/bench/startup"])
         every = counter.count(self.viewer("--all", log))
 
-        self.add("Instructions of the floor", floor, None, "M")
-        self.add("`--all` against the floor, instructions", every / floor, 2.2)
-        self.add("`--show` against the floor, instructions", show / floor, 0.04)
-        self.add("`--show` on a log with blanks against one without, instructions", spaced / show,
+        self.add("Instructions of JsonCpp alone", floor, None, "M")
+        self.add("`--all` against JsonCpp alone, instructions", every / floor, 2.2)
+        self.add("`--show` against JsonCpp alone, instructions", show / floor, 0.04)
+        self.add("`--show` on a log with spaces against one without, instructions", spaced / show,
                  1.3)
-        self.add('`--show` on a log whose "id" comes last against the floor, instructions',
+        self.add('`--show` on a log whose "id" comes last against JsonCpp alone, instructions',
                  last / floor)
         self.add("`--show` on a log with 5 damaged lines in 1,000 against one without, instructions",
                  damaged / show)
-        self.add("Start to exit on an empty log, instructions beyond those of an empty program",
+        self.add("Start to exit on an empty log, instructions minus those of an empty program",
                  started - nothing, 0.5e6, "M")
 
     def scaling_gates(self, counter):
@@ -89,7 +89,7 @@ class Bench:
             self.add(f"`{action}`, instructions a line, 1,000,000 lines against 20,000",
                      large / small, 1.05)
         # Less than the pages that come and go from run to run.
-        self.add("`--show`, memory on 1,000,000 lines beyond that on 20,000",
+        self.add("`--show`, memory on 1,000,000 lines minus that on 20,000",
                  measure.peak_bytes(self.viewer("--show", most))
                  - measure.peak_bytes(self.viewer("--show", few)), 0.3e6, "MB")
         self.add("`--all`, memory on 1,000,000 lines against the size of the log",
@@ -107,7 +107,7 @@ class Bench:
         return {
             "events-viewer --all": lambda log: self.viewer("--all", log),
             "events-viewer --show": lambda log: self.viewer("--show", log),
-            "the floor": self.floor,
+            "JsonCpp alone": self.floor,
             "jq, all events": lambda log: [*jq, log],
             "Python, all events": lambda log: [*python, log],
             "Python, last 10 events": lambda log: [*python, log, "10"],

@@ -1,7 +1,12 @@
 """Writes the results of scripts/bench as a page and a chart."""
 import math
 
-COLOURS = ["#0072b2", "#56b4e9", "#444444", "#d55e00", "#009e73", "#cc79a7", "#999999"]
+# The colours of the lines and of their names, in light and in dark mode. All have a contrast of at
+# least 4.5 : 1 with the background.
+BACKGROUND, TEXT, GRID = ("#ffffff", "#0d1117"), ("#24292f", "#e6edf3"), ("#d0d7de", "#30363d")
+COLOURS = [("#0059b3", "#58a6ff"), ("#b34700", "#ffa657"), ("#57606a", "#c9d1d9"),
+           ("#8250df", "#d2a8ff"), ("#1a7f37", "#56d364"), ("#116b7c", "#76e3ea"),
+           ("#9a6700", "#e3b341"), ("#a40e26", "#ff7b72")]
 
 
 def gate_table(gates):
@@ -49,61 +54,73 @@ def seconds_label(seconds):
     return f"{seconds:g} s" if seconds >= 1 else f"{seconds * 1000:g} ms"
 
 
+def style(count):
+    """The style sheet of the chart: the class cN draws in the N-th colour, the class g the grid."""
+    def rules(mode):
+        return (f".b{{fill:{BACKGROUND[mode]}}}text{{fill:{TEXT[mode]}}}.g{{stroke:{GRID[mode]}}}"
+                + "".join(f".c{number}{{stroke:{colour[mode]}}}"
+                          f"circle.c{number},text.c{number}{{fill:{colour[mode]};stroke:none}}"
+                          for number, colour in enumerate(COLOURS[:count])))
+    return f"<style>{rules(0)}@media (prefers-color-scheme:dark){{{rules(1)}}}</style>"
+
+
 def chart(series, sizes):
     """An SVG of CPU time against log size, both axes logarithmic, each line named at its end."""
+    if len(series) > len(COLOURS):
+        raise ValueError("the chart has more lines than colours")
     times = [time for points in series.values() for time in points.values()]
     across = Axis(sizes[0], sizes[-1], 70, 500)
     up = Axis(10 ** math.floor(math.log10(min(times))), max(times) * 1.3, 370, 40)
-    parts = ['<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 720 430" font-size="12" '
-             'font-family="sans-serif">',
-             '<rect width="720" height="430" fill="white"/>',
+    parts = ['<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 720 430" font-size="13" '
+             'font-family="sans-serif">', style(len(series)),
+             '<rect class="b" width="720" height="430" rx="8"/>',
              '<text x="70" y="22" font-size="15">CPU time of a whole run against the size of the '
              'log</text>']
     for time in up.decades():
         y = up.place(time)
-        parts.append(f'<path d="M70 {y}H500" stroke="#ddd"/>'
+        parts.append(f'<path class="g" d="M70 {y}H500"/>'
                      f'<text x="62" y="{y + 4}" text-anchor="end">{seconds_label(time)}</text>')
     for size in sizes:
         x = across.place(size)
-        parts.append(f'<path d="M{x} 40V370" stroke="#ddd"/>'
+        parts.append(f'<path class="g" d="M{x} 40V370"/>'
                      f'<text x="{x}" y="390" text-anchor="middle">{size:,}</text>')
     parts.append('<text x="285" y="415" text-anchor="middle">lines of the log</text>')
 
     ends = spread([up.place(points[sizes[-1]]) for points in series.values()], 15)
-    for (name, points), colour, end in zip(series.items(), COLOURS, ends):
+    for number, ((name, points), end) in enumerate(zip(series.items(), ends)):
         dots = [(across.place(size), up.place(points[size])) for size in sizes]
         line = " ".join(f"{x},{y}" for x, y in dots)
         ours = name.startswith("events-viewer")
-        weight = 'font-weight="bold" ' if ours else ""
-        parts.append(f'<polyline points="{line}" fill="none" stroke="{colour}" '
+        weight = ' font-weight="bold"' if ours else ""
+        parts.append(f'<polyline class="c{number}" points="{line}" fill="none" '
                      f'stroke-width="{3 if ours else 1.5}"/>')
-        parts += [f'<circle cx="{x}" cy="{y}" r="3" fill="{colour}"/>' for x, y in dots]
-        parts.append(f'<text x="510" y="{end + 4}" {weight}fill="{colour}">{name}</text>')
+        parts += [f'<circle class="c{number}" cx="{x}" cy="{y}" r="3"/>' for x, y in dots]
+        parts.append(f'<text class="c{number}" x="510" y="{end + 4}"{weight}>{name}</text>')
     parts.append("</svg>\n")
     return "\n".join(parts)
 
 
 PAGE = """# Performance
 
-Written by `scripts/bench`, which measures everything on this page in one run and fails where a
-figure is above what stands beside it. `scripts/bench --gates` does only the instruction counts, in a
-minute; `scripts/bench --board` does them for the PowerPC board, in an emulator.
+`scripts/bench` measures everything on this page in one run and writes the page. It fails if a figure
+exceeds its limit. `scripts/bench --gates` counts only the instructions, which takes a minute.
+`scripts/bench --board` counts them for the PowerPC board, in an emulator.
 
 The logs are generated: {bytes_a_line:.0f} bytes a line, every described event with all its
-variables. "The floor" is one parse of each line by the JSON library with one reader and nothing
-else, what the library costs whoever uses it for every line. Instructions are those of the process,
-start and exit included; they hardly change from run to run or from machine to machine. CPU time is
-the least of a few runs.
+variables. "JsonCpp alone" parses each line once, with one reader, and does nothing else. A program
+that uses the library for every line cannot be faster. Instructions are those of the whole process,
+start and exit included. They hardly change from run to run or from machine to machine. CPU time is
+the shortest of a few runs.
 
 {gates}
 
-`--show` must look at every line, but parses only the newest ones and those of which it cannot tell
-without that they have nothing to report.
+`--show` reads every line, but parses only the newest ones and those that might have something to
+report.
 
-## Beside other tools
+## Compared with other tools
 
-The same table made by a Python script and by a jq program (`events.py` and `events.jq` in the
-source's `bench/peers`), and `wc -l`, which only reads the file ({versions}):
+A Python script and a jq program make the same table (`events.py` and `events.jq` in `bench/peers` of
+the source). `wc -l` only reads the file. The versions: {versions}.
 
 {cpu}
 

@@ -10,6 +10,7 @@ from xml.sax.saxutils import escape
 WIDTH, HEIGHT = 7.8, 17  # of a character
 MARGIN = 14
 BACKGROUND, FOREGROUND, PROMPT = "#1c2128", "#d0d7de", "#7ee787"
+WORDS = re.compile(r"\S+(?: \S+)*")
 STYLES = {"1;34": 'fill="#6cb6ff" font-weight="bold"', "0": ""}
 
 
@@ -47,14 +48,13 @@ def draw(text, columns):
     lines = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}" '
              f'viewBox="0 0 {width} {height}">',
              f'<rect width="100%" height="100%" rx="8" fill="{BACKGROUND}"/>',
-             f'<g font-family="monospace" font-size="13" fill="{FOREGROUND}" xml:space="preserve">']
+             f'<g font-family="monospace" font-size="13" fill="{FOREGROUND}">']
     for number, row in enumerate(drawn):
-        for column, style, part in row:
-            column += len(part) - len(part.lstrip())
-            part = part.strip()
-            if part:
+        for start, style, part in row:
+            for words in WORDS.finditer(part):  # not every browser keeps several spaces
+                column = start + words.start()
                 lines.append(
                     f'<text x="{column * WIDTH + MARGIN:.1f}" y="{number * HEIGHT + MARGIN + 12}" '
-                    f'textLength="{len(part) * WIDTH:.1f}" lengthAdjust="spacingAndGlyphs"'
-                    f'{" " + style if style else ""}>{escape(part)}</text>')
+                    f'textLength="{len(words[0]) * WIDTH:.1f}" lengthAdjust="spacingAndGlyphs"'
+                    f'{" " + style if style else ""}>{escape(words[0])}</text>')
     return "\n".join([*lines, "</g>", "</svg>", ""])
