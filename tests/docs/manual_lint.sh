@@ -1,14 +1,15 @@
 #!/bin/sh
-# Checks that mandoc and man find nothing wrong with a manual page.
+# Checks that mandoc and man find nothing wrong with a manual page, and that it names the version.
 #
-# usage: manual_lint.sh PAGE
+# usage: manual_lint.sh PAGE VERSION
 
 set -eu
 
-# Whether other manuals are installed here is not the page's matter.
+# Whether other manuals are installed on this machine does not matter.
 remarks=$(
     mandoc -T lint -W style "$1" 2>&1 | grep -Ev 'outdated mandoc.db|referenced manual not found' || :
     MANWIDTH=80 man --warnings -E UTF-8 -l -Tutf8 -Z "$1" 2>&1 >/dev/null
+    grep -qxF ".Os events-viewer $2" "$1" || echo "$1: the line .Os does not name the version $2"
 )
 if [ -n "$remarks" ]; then
     printf '%s\n' "$remarks"

@@ -34,7 +34,7 @@ BOARD_FILES = sorted([*COMMON_FILES, "usr/share/zsh/site-functions/_events-viewe
 PC_FILES = sorted([*COMMON_FILES, "usr/share/zsh/vendor-completions/_events-viewer",
                    *(f"{DOC}/{name}" for name in (
                        "ARCHITECTURE.md", "CONTRIBUTING.md", "README.md", "changelog.Debian.gz",
-                       "changelog.gz", "copyright", "doc/budgets.md", "doc/log-format.md",
+                       "changelog.gz", "copyright", "doc/board.md", "doc/log-format.md",
                        "doc/performance.md", "doc/performance.svg", "doc/recipes.md",
                        "doc/pictures/architecture.svg", "doc/pictures/log.svg",
                        "doc/pictures/table.svg",
