@@ -1,33 +1,31 @@
 #!/usr/bin/env python3
 """Checks that the folders under src/ include each other in one direction only.
 
-usage: layout_test.py SRC
+usage: layout_test.py SRC MODULES
+
+A line of MODULES names a folder and, after a colon, the folders that it may include. The build writes
+this file. A folder may include only those that stand above it there.
 """
 
 import pathlib
 import re
 import sys
 
-MAY_INCLUDE = {
-    "text": set(),
-    "jsonaccess": set(),
-    "catalog": {"text"},
-    "eventlog": {"jsonaccess", "text"},
-    "describe": {"catalog", "jsonaccess", "text"},
-    "render": {"eventlog", "describe", "catalog", "text"},
-    "app": {"render", "eventlog", "text"},
-}
 
-
-def main(src):
+def main(src, modules):
+    lines = [line.split(":") for line in modules.read_text().splitlines()]
+    may_include = {name: set(used.split()) for name, used in lines}
+    names = list(may_include)
+    wrong = [f"{name} uses {used}, which is declared after it" for i, name in enumerate(names)
+             for used in may_include[name] - set(names[:i])]
     folders = {path.name for path in src.iterdir() if path.is_dir()}
-    wrong = [f"{name}: no folder of the architecture" for name in folders ^ set(MAY_INCLUDE)]
+    wrong += [f"{name}: a folder without a target, or the reverse" for name in folders ^ set(names)]
     seen = 0
     for path in sorted(src.glob("*/*")):
         for included in re.findall(r'^#include "([^"]+)"', path.read_text(), re.MULTILINE):
             seen += 1
             folder, target = path.parent.name, included.split("/")[0]
-            if target != folder and target not in MAY_INCLUDE.get(folder, set()):
+            if target != folder and target not in may_include.get(folder, set()):
                 wrong.append(f"{path}: {folder} may not include {target}")
     if seen == 0:
         wrong.append("no include found")
@@ -35,4 +33,4 @@ def main(src):
     return 1 if wrong else 0
 
 
-sys.exit(main(pathlib.Path(sys.argv[1])))
+sys.exit(main(*map(pathlib.Path, sys.argv[1:])))

@@ -1,12 +1,13 @@
 #include "describe/describe_event.h"
 
+#include "reference/naive.h"
+#include "reference/samples.h"
 #include "support/captured_cout.h"
-#include "support/data_file.h"
 
 #include <gtest/gtest.h>
 
-#include <set>
 #include <string>
+#include <vector>
 
 namespace eventsviewer {
 namespace {
@@ -21,50 +22,43 @@ std::string describe(std::int32_t code, const std::string& details)
     return describeEvent(code, textFromLiteral(details.c_str())).characters();
 }
 
-/// The rows of `file`: code, details, number of diagnostics, description. Returns their codes.
-std::set<int> expectDescriptionsOf(const std::string& file)
+/// Expects of each sample what the reference says of it, and the same diagnostics.
+void expectReferenceAgrees(const std::vector<reference::Sample>& samples)
 {
-    std::set<int> codes;
-    for (const auto& row : readDataFile(file, '\t')) {
-        SCOPED_TRACE(row.at(0) + " " + row.at(1));
-        std::string diagnostics;
-        for (int i = 0; i < std::stoi(row.at(2)); ++i) {
-            diagnostics += kNoString;
+    ASSERT_FALSE(samples.empty());
+    for (const reference::Sample& sample : samples) {
+        SCOPED_TRACE(std::to_string(sample.code) + " " + sample.variables);
+        std::string expected;
+        std::string expectedOutput;
+        {
+            const CapturedCout output;
+            expected = reference::describeEvent(sample.code, sample.variables);
+            expectedOutput = output.text();
         }
         const CapturedCout output;
-        EXPECT_EQ(row.at(3), describe(std::stoi(row.at(0)), row.at(1)));
-        EXPECT_EQ(diagnostics, output.text());
-        codes.insert(std::stoi(row.at(0)));
+        EXPECT_EQ(expected, describe(sample.code, sample.variables));
+        EXPECT_EQ(expectedOutput, output.text());
     }
-    return codes;
-}
-
-TEST(DescribeEvent, FillsEveryDescriptionWithAllItsVariablesWithNoneAndWithoutEachOne)
-{
-    const auto codes = expectDescriptionsOf("describe/descriptions.txt");
-    EXPECT_EQ(75U, codes.size());
-}
-
-TEST(DescribeEvent, ExplainsEveryReason)
-{
-    EXPECT_FALSE(expectDescriptionsOf("describe/reason_descriptions.txt").empty());
 }
 
 TEST(DescribeEvent, DescribesNoOtherCode)
 {
-    std::set<int> described;
-    for (const auto& row : readDataFile("describe/descriptions.txt", '\t')) {
-        described.insert(std::stoi(row.at(0)));
-    }
-    const CapturedCout output;
-    for (int code = -10; code <= 2000; ++code) {
-        if (described.count(code) == 0) {
-            EXPECT_EQ("Unknown", describe(code, "{}")) << code;
-        }
-    }
-    EXPECT_EQ("Unknown", describe(INT32_MIN, "{}"));
-    EXPECT_EQ("Unknown", describe(INT32_MAX, "{}"));
-    EXPECT_EQ("", output.text());
+    expectReferenceAgrees(reference::everyCode());
+}
+
+TEST(DescribeEvent, FillsEveryDescriptionWithAllItsVariables)
+{
+    expectReferenceAgrees(reference::everyDescription());
+}
+
+TEST(DescribeEvent, FillsEveryDescriptionWithoutVariablesAndWithEachOneMissingOrNoString)
+{
+    expectReferenceAgrees(reference::everyDescriptionWithWrongVariables());
+}
+
+TEST(DescribeEvent, ExplainsEveryReasonByItsExactNameAndByNothingElse)
+{
+    expectReferenceAgrees(reference::everyReason());
 }
 
 TEST(DescribeEvent, PrintsThePercentSignBehindTheRollOffFactor)

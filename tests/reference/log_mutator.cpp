@@ -1,13 +1,22 @@
 #include "reference/log_mutator.h"
 
-#include "catalog/event_name_table.h"
-#include "describe/description_catalog.h"
 #include "reference/log_tokens.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace eventsviewer::reference {
+
+namespace {
+
+std::string firstReasonOf(const std::string& table)
+{
+    const std::vector<vocabulary::Reason>& reasons = vocabulary::reasons();
+    return std::find_if(reasons.begin(), reasons.end(),
+                        [&](const vocabulary::Reason& reason) { return reason.table == table; })
+        ->name;
+}
+
+} // namespace
 
 std::string LogMutator::pick(const std::vector<std::string_view>& choices)
 {
@@ -24,16 +33,16 @@ std::string LogMutator::anyValue()
     return oneIn(12) ? pick(kOtherValues) : textValue();
 }
 
-std::string LogMutator::variables(const Description& description)
+std::string LogMutator::variables(const vocabulary::Description& description)
 {
     std::string text;
-    for (const Slot& slot : description.slots) {
+    for (const vocabulary::Slot& slot : description.slots) {
         if (oneIn(20)) {
             continue;
         }
-        const bool explained = slot.reasons != nullptr && oneIn(2);
-        text += (text.empty() ? "\"" : ",\"") + std::string(slot.key) + "\":" +
-                (explained ? '"' + std::string(slot.reasons->begin()->name) + '"' : anyValue());
+        const bool explained = !slot.table.empty() && oneIn(2);
+        text += (text.empty() ? "\"" : ",\"") + slot.key +
+                "\":" + (explained ? '"' + firstReasonOf(slot.table) + '"' : anyValue());
     }
     return '{' + text + '}';
 }
@@ -47,11 +56,12 @@ std::string LogMutator::time()
 // The members in the writer's order, or another one; with blanks after the punctuation, or without.
 std::string LogMutator::event()
 {
-    const Description& description = DescriptionCatalog[below(std::size(DescriptionCatalog))];
+    const std::vector<vocabulary::Description>& descriptions = vocabulary::descriptions();
+    const vocabulary::Description& description = descriptions[below(descriptions.size())];
     std::int32_t code = description.code;
     if (oneIn(8)) {
-        code = oneIn(2) ? EventNameTable[below(std::size(EventNameTable))].code
-                        : static_cast<std::int32_t>(below(2000));
+        const std::vector<vocabulary::EventName>& names = vocabulary::eventNames();
+        code = oneIn(2) ? names[below(names.size())].code : static_cast<std::int32_t>(below(2000));
     }
     const std::string colon = oneIn(3) ? ": " : ":";
     std::vector<std::string> members = {"\"id\"" + colon + std::to_string(code),

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "describe/description.h"
+#include "vocabulary/vocabulary.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -34,7 +34,7 @@ private:
     std::string pick(const std::vector<std::string_view>& choices);
     std::string event();
     std::string time();
-    std::string variables(const Description& description);
+    std::string variables(const vocabulary::Description& description);
     std::string textValue();
     std::string anyValue();
     std::size_t placeIn(const std::string& line);

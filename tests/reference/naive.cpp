@@ -1,8 +1,7 @@
 #include "reference/naive.h"
 
-#include "catalog/event_name_table.h"
-#include "describe/description_catalog.h"
 #include "reference/naive_json.h"
+#include "vocabulary/vocabulary.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -23,30 +22,30 @@ std::string cString(const Json::Value& value)
     return text != nullptr ? text : "";
 }
 
-std::string explanationOf(const Json::Value& root, const std::string& key, const ReasonTable& table)
+} // namespace
+
+std::string nameOf(std::int32_t code)
+{
+    for (const vocabulary::EventName& event : vocabulary::eventNames()) {
+        if (event.code == code) {
+            return event.name;
+        }
+    }
+    return "UNRECOGNIZED_EVENT_CODE_" + std::to_string(static_cast<std::uint32_t>(code));
+}
+
+std::string explanationOf(const Json::Value& root, const std::string& key, const std::string& table)
 {
     if (root.isObject() && root.isMember(key) && root.get(key, Json::Value("")).isString()) {
         const std::string name = cString(root.get(key, Json::Value("")));
-        for (const Reason& reason : table) {
-            if (name == reason.name) {
+        for (const vocabulary::Reason& reason : vocabulary::reasons()) {
+            if (table == reason.table && name == reason.name) {
                 return reason.explanation;
             }
         }
     }
     return "Failed to retrieve description";
 }
-
-std::string nameOf(std::int32_t code)
-{
-    for (const EventName& row : EventNameTable) {
-        if (row.code == code) {
-            return row.name;
-        }
-    }
-    return "UNRECOGNIZED_EVENT_CODE_" + std::to_string(static_cast<std::uint32_t>(code));
-}
-
-} // namespace
 
 Json::Value parsed(const std::string& text)
 {
@@ -89,22 +88,16 @@ std::unique_ptr<Event> eventOf(const std::string& line)
 
 std::string describeParsed(std::int32_t code, const Json::Value& root)
 {
-    for (const Description& description : DescriptionCatalog) {
+    for (const vocabulary::Description& description : vocabulary::descriptions()) {
         if (description.code != code) {
             continue;
         }
-        if (description.slots.count == 0) {
-            return description.text;
-        }
-        std::string filled = description.text;
-        std::size_t searchFrom = 0;
-        for (const Slot& slot : description.slots) {
-            const std::string text = slot.reasons != nullptr
-                                         ? explanationOf(root, slot.key, *slot.reasons)
-                                         : cString(get(root, slot.key));
-            const std::size_t placeholder = filled.find("%s", searchFrom);
-            filled.replace(placeholder, 2, text);
-            searchFrom = placeholder + text.size();
+        std::string filled = description.pieces.front();
+        for (std::size_t i = 0; i < description.slots.size(); ++i) {
+            const vocabulary::Slot& slot = description.slots[i];
+            filled += slot.table.empty() ? cString(get(root, slot.key))
+                                         : explanationOf(root, slot.key, slot.table);
+            filled += description.pieces[i + 1];
         }
         return filled;
     }

@@ -10,8 +10,9 @@
 namespace eventsviewer::reference {
 
 // The tool's whole job in the plainest way: every line through a string stream and a reader built
-// for it, every value copied, every table through a string stream. It shares nothing with the real
-// modules but the constant tables, and is what their output is compared with.
+// for it, every value copied, every table through a string stream. It shares nothing with the
+// program's own source, not even the tables: its words come from the second copy in
+// tests/vocabulary/. The program's output is compared with what comes out here.
 
 /// As recentEventsTable of the program: the table of the newest `count` events, with the same
 /// diagnostics on std::cout on the way.
@@ -23,7 +24,7 @@ std::string allEventsTable(const std::string& inputPath);
 /// As describeEvent of the program.
 std::string describeEvent(std::int32_t code, const std::string& details);
 
-// The steps of the above, for those who want one line's share of a table.
+// The steps of the above, for a test of one of them.
 
 struct Event {
     std::string details;
@@ -39,6 +40,13 @@ std::string rowOf(const Event& event, std::string detail);
 
 /// What `text` is parsed to, with the diagnostic of a text that breaks.
 Json::Value parsed(const std::string& text);
+
+/// As eventNameFor of the program.
+std::string nameOf(std::int32_t code);
+
+/// As lookupReasonExplanation of the program, in the ReasonTable with this name.
+std::string explanationOf(const Json::Value& root, const std::string& key,
+                          const std::string& table);
 
 /// The description of an event whose details were parsed to `root`.
 std::string describeParsed(std::int32_t code, const Json::Value& root);

@@ -2,15 +2,16 @@
 
 #include "catalog/reason_tables.h"
 
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace eventsviewer {
 
-/// Every table under the name that the data files use for it.
-inline const std::map<std::string, const ReasonTable*>& reasonTablesByName()
+/// Every ReasonTable by its name, in the order of src/catalog/reason_tables.cpp.
+inline const std::vector<std::pair<std::string, const ReasonTable*>>& reasonTablesByName()
 {
-    static const std::map<std::string, const ReasonTable*> tables = {
+    static const std::vector<std::pair<std::string, const ReasonTable*>> tables = {
         {"BeamSwitchFailureReasons", &BeamSwitchFailureReasons},
         {"BeamSwitchTypes", &BeamSwitchTypes},
         {"BucErrorReportReasons", &BucErrorReportReasons},
@@ -25,6 +26,17 @@ inline const std::map<std::string, const ReasonTable*>& reasonTablesByName()
         {"TransmitIflFaults", &TransmitIflFaults},
     };
     return tables;
+}
+
+/// The name of `table`.
+inline std::string nameOf(const ReasonTable& table)
+{
+    for (const auto& [name, other] : reasonTablesByName()) {
+        if (other == &table) {
+            return name;
+        }
+    }
+    return "ATableThatIsMissingIn_tests_vocabulary_reason_table_list_h";
 }
 
 } // namespace eventsviewer

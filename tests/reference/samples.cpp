@@ -1,0 +1,144 @@
+#include "reference/samples.h"
+
+#include "reference/naive_json.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace eventsviewer::reference {
+
+namespace {
+
+constexpr const char* kValuesOfOtherTypes[] = {"7",    "-1.5",    "true",         "false",
+                                               "null", "[\"x\"]", "{\"x\":\"y\"}"};
+
+std::string quoted(const std::string& text)
+{
+    return compact(Json::Value(text));
+}
+
+std::string lowerCase(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+/// The value of `reason`, which is its place in its table.
+std::string valueOf(const vocabulary::Reason& reason)
+{
+    int value = 0;
+    for (const vocabulary::Reason& other : vocabulary::reasons()) {
+        if (other.table == reason.table) {
+            if (other.name == reason.name) {
+                break;
+            }
+            ++value;
+        }
+    }
+    return std::to_string(value);
+}
+
+std::string usualValue(const vocabulary::Slot& slot)
+{
+    for (const vocabulary::Reason& reason : vocabulary::reasons()) {
+        if (reason.table == slot.table) {
+            return quoted(reason.name);
+        }
+    }
+    return quoted("the " + slot.key);
+}
+
+/// All variables of `description`, but `value` for the one with `key`; empty leaves it out.
+std::string variablesOf(const vocabulary::Description& description, const std::string& key = "",
+                        const std::string& value = "")
+{
+    std::string members;
+    for (const vocabulary::Slot& slot : description.slots) {
+        const std::string text = slot.key == key ? value : usualValue(slot);
+        if (!text.empty()) {
+            members += (members.empty() ? "" : ",") + quoted(slot.key) + ':' + text;
+        }
+    }
+    return '{' + members + '}';
+}
+
+} // namespace
+
+std::vector<Sample> everyCode()
+{
+    std::vector<Sample> samples;
+    const std::int32_t first = vocabulary::eventNames().front().code - 10;
+    const std::int32_t last = vocabulary::eventNames().back().code + 10;
+    for (std::int32_t code = first; code <= last; ++code) {
+        samples.push_back({code, "code " + std::to_string(code), "{}"});
+    }
+    for (const std::int32_t code : {INT32_MIN, -last, -first, -1, 0, 1, INT32_MAX}) {
+        samples.push_back({code, "code " + std::to_string(code), "{}"});
+    }
+    return samples;
+}
+
+std::vector<Sample> everyDescription()
+{
+    std::vector<Sample> samples;
+    for (const vocabulary::Description& description : vocabulary::descriptions()) {
+        samples.push_back({description.code, "time " + std::to_string(description.code),
+                           variablesOf(description)});
+    }
+    return samples;
+}
+
+std::vector<Sample> everyDescriptionWithWrongVariables()
+{
+    std::vector<Sample> samples;
+    for (const vocabulary::Description& description : vocabulary::descriptions()) {
+        samples.push_back({description.code, "no variables", "{}"});
+        for (const vocabulary::Slot& slot : description.slots) {
+            samples.push_back(
+                {description.code, "no " + slot.key, variablesOf(description, slot.key)});
+            for (const std::string value : kValuesOfOtherTypes) {
+                samples.push_back(
+                    {description.code, slot.key, variablesOf(description, slot.key, value)});
+            }
+        }
+    }
+    return samples;
+}
+
+std::vector<Sample> everyReason()
+{
+    std::vector<Sample> samples;
+    for (const vocabulary::Description& description : vocabulary::descriptions()) {
+        for (const vocabulary::Slot& slot : description.slots) {
+            for (const vocabulary::Reason& reason : vocabulary::reasons()) {
+                if (reason.table != slot.table) {
+                    continue;
+                }
+                std::vector<std::string> names = namesLike(reason);
+                names.push_back(reason.name);
+                for (const std::string& name : names) {
+                    samples.push_back(
+                        {description.code, name, variablesOf(description, slot.key, quoted(name))});
+                }
+            }
+        }
+    }
+    return samples;
+}
+
+std::vector<std::string> namesLike(const vocabulary::Reason& reason)
+{
+    const std::string& name = reason.name;
+    return {lowerCase(name),
+            name.substr(1),
+            name.substr(0, name.size() - 1),
+            name + "X",
+            " " + name,
+            name + " ",
+            valueOf(reason),
+            "",
+            reason.explanation};
+}
+
+} // namespace eventsviewer::reference
