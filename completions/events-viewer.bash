@@ -10,14 +10,14 @@ _events_viewer() {
     local before=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()
 
-    # The equals sign of --option=argument is a word of its own unless COMP_WORDBREAKS lacks it.
+    # The equals sign of --option=argument is a separate word unless COMP_WORDBREAKS lacks it.
     if [[ $word == = ]]; then
         word=
     elif [[ $before == = ]]; then
         before=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
-    # Long options may be shortened, and letters grouped in front of one that takes an argument.
+    # Long options can be shortened, and letters grouped before one that takes an argument.
     if [[ $before =~ ^(--i[a-z_]*|--o[a-z_]*|-[salh]*[io])$ ]]; then
         _events_viewer_files "$word"
     elif [[ ! $before =~ ^(--n[a-z]*|-[salh]*n)$ && $word == -* ]]; then

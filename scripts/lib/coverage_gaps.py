@@ -90,7 +90,7 @@ def print_summary(totals, exceptions):
     names = {"Lines": "lines", "Branches": "branches", "Conditions (MC/DC)": "mcdc"}
     for what, name in names.items():
         print(f"- {what}: {totals[name]['covered']} of {totals[name]['count']} reached")
-    print(f"\nThese {len(exceptions)} gaps are known, and no other:\n")
+    print(f"\nThese {len(exceptions)} gaps are known. There are no others:\n")
     for head, code, reason in exceptions:
         print(f"- {head}: `{code}`\\\n  {reason}")
 

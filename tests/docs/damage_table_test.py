@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Gives the program each line of the damage tables and looks for the row that they promise.
+"""Gives the program each line of the damage tables and checks that it prints the row that they show.
 
 usage: damage_table_test.py --program PROGRAM [--emulator COMMAND] PAGE
 
 A row of the tables is: damage, line, time, event, detail. One without time, event and detail says
-that the line holds no event; "(reported)" says that there is a diagnostic in front of the table.
+that the line has no event; "(reported)" says that there is a diagnostic before the table.
 """
 
 import argparse
@@ -24,7 +24,7 @@ def bytes_of(line):
     return BYTE.sub(lambda byte: bytes.fromhex(byte[1].decode()), signs)
 
 
-def promised(damage, time, event, detail):
+def expected_pattern(damage, time, event, detail):
     if not event:
         return "No events to display.\n"
     reported = "Tarvik workaround: .*(?:\n.*)*?\n" if "(reported)" in damage else ""
@@ -49,10 +49,10 @@ def main():
             log.write(bytes_of(line) + b"\n")
             log.flush()
             actual = subprocess.run([*command, log.name], capture_output=True, check=True).stdout
-        expected = promised(damage, time, event, detail.replace("⏎", "\n" + 50 * " "))
+        expected = expected_pattern(damage, time, event, detail.replace("⏎", "\n" + 50 * " "))
         if not re.fullmatch(expected, actual.decode()):
             wrong += 1
-            print(f"{damage}: the page promises another row than this:\n{actual.decode()}")
+            print(f"{damage}: the page shows another row than this:\n{actual.decode()}")
     if wrong or len(rows) < 20:
         sys.exit(f"{wrong} of {len(rows)} rows differ; at least 20 rows are expected")
     print(f"{len(rows)} rows are as the page says")

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks on a terminal what the pages say of pagers.
+"""Checks on a terminal what the pages say about pagers.
 
 usage: pager_test.py --program PROGRAM [--emulator COMMAND] LOG
 """
@@ -19,7 +19,7 @@ BLUE = b"\x1b[1;34m"
 
 
 def first_screen(command):
-    """What `command` shows until NAME has come, on a terminal of its own."""
+    """What `command` shows on a new terminal until NAME appears."""
     pid, terminal = pty.fork()
     if pid == 0:
         os.environ.update(TERM="xterm", LINES="24", COLUMNS="80", LC_ALL="C")
@@ -35,10 +35,10 @@ def first_screen(command):
             shown += os.read(terminal, 65536)
         except OSError:
             break
-    os.close(terminal)  # hangs the pager up
+    os.close(terminal)  # ends the pager
     os.waitpid(pid, 0)
     if NAME not in shown:
-        sys.exit(f"{command}: the table did not come: {shown!r}")
+        sys.exit(f"{command}: the table did not appear: {shown!r}")
     return shown
 
 
@@ -55,7 +55,7 @@ def main():
             "less -R": BLUE + NAME,
             "busybox more": BLUE + NAME,
             "busybox less -R": b"     " + NAME,
-            "less": b"[1;34m" + NAME,  # the escape character in front is made visible
+            "less": b"[1;34m" + NAME,  # the escape character before it is made visible
             "busybox less": b"[1;34m" + NAME,
         }.items():
             shown = first_screen([*pager.split(), table.name])
