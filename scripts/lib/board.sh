@@ -5,9 +5,9 @@ board_sysroot=/usr/powerpc-linux-gnu
 
 # board_require PACKAGE...: makes sure of the packages and of all that a build for the board takes.
 board_require() {
-    step 'Making sure of a cross compiler, an emulator and the tools for JsonCpp'
-    require_packages cmake ninja-build g++-powerpc-linux-gnu qemu-user dpkg-dev "$@"
-    require_tools cmake ninja powerpc-linux-gnu-g++ qemu-ppc dpkg-source
+    step 'Making sure of a cross compiler, CMake, Ninja and an emulator'
+    require_packages cmake ninja-build g++-powerpc-linux-gnu qemu-user "$@"
+    require_tools cmake ninja powerpc-linux-gnu-g++ qemu-ppc
 }
 
 # board_build PRESET [CMAKE-SETTING...]: builds JsonCpp and then our own code.
