@@ -99,7 +99,11 @@ class Fish:
         result = subprocess.run(["fish", "--no-config", "-c", script], cwd=self.folder, check=True,
                                 env={**os.environ, "HOME": str(self.folder), "LC_ALL": "C"},
                                 stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, timeout=LIMIT)
-        return alike(row.split("\t")[0] for row in result.stdout.decode().splitlines())
+        words = [row.split("\t")[0] for row in result.stdout.decode().splitlines()]
+        # fish 4 also lists words that merely contain the typed characters. On a terminal it puts in
+        # those that begin with them, if there are any.
+        typed = line.rpartition(" ")[2]
+        return alike([word for word in words if word.startswith(typed)] or words)
 
     def close(self):
         pass

@@ -67,6 +67,14 @@ void* operator new(std::size_t size)
     return memory;
 }
 
+// The sanitizers have one of their own, whose memory they would find deleted in another way.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    void* const memory = __real_malloc(size);
+    objects += memory != nullptr ? 1 : 0;
+    return memory;
+}
+
 void operator delete(void* memory) noexcept
 {
     objects -= memory != nullptr ? 1 : 0;
