@@ -99,7 +99,7 @@ class Bench:
         """Every command of the chart: a name and what makes its command line for a log."""
         tables = os.path.join(self.scratch, "tables.json")
         with open(tables, "wb") as file:
-            subprocess.run([f"{self.tools}/bench/dump_tables"], stdout=file, check=True)
+            subprocess.run([f"{self.tools}/dump_tables"], stdout=file, check=True)
         folder = f"{SOURCE}/bench/peers"
         python = ["/usr/bin/python3", f"{folder}/events.py", tables]
         jq = ["/usr/bin/jq", "--null-input", "--raw-input", "--raw-output", "--slurpfile", "tables",

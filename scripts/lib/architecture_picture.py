@@ -1,6 +1,5 @@
-"""Draws the folders of the source and which uses which, as src/CMakeLists.txt has it."""
+"""Draws the folders of the source and which uses which, as the build has it."""
 
-import re
 import sys
 
 # The middle of each folder's box, and what the folder does.
@@ -37,11 +36,10 @@ OUTSIDE = [
 ]
 
 
-def uses(cmake):
-    """Which folders each folder uses, in `cmake`, the text of src/CMakeLists.txt."""
-    found = re.findall(r"^add_module\((\w+) SOURCES [^)]*?(?: USES ([^)]*))?\)$", cmake,
-                       re.MULTILINE)
-    return {name: {used for used in names.split() if "::" not in used} for name, names in found}
+def uses(modules):
+    """Which folders each folder uses: a line of `modules` has its name, a colon and their names."""
+    lines = [line.split(":") for line in modules.splitlines()]
+    return {name: set(used.split()) for name, used in lines}
 
 
 def check(used_by):
@@ -74,8 +72,8 @@ def box(name):
             f'<text x="{x}" y="{y + 16}" font-size="13">{caption}</text>')
 
 
-def draw(cmake):
-    used_by = uses(cmake)
+def draw(modules):
+    used_by = uses(modules)
     check(used_by)
     paths = [arrow(user, used) for user in BOXES for used in BOXES
              if used in used_by[user] and used != NO_ARROWS]

@@ -1,11 +1,13 @@
-// Writes the names, descriptions and reasons as one JSON object, for the scripts in peers/:
+// Writes the program's own tables as one JSON object, for scripts:
 //   {"names": {"684": NAME, ...},
-//    "descriptions": {"835": {"text": TEXT, "slots": [{"key": KEY, "reasons": {NAME: TEXT,
-//    ...}}]}}}
-// A slot without a table has no "reasons".
+//    "reasons": [{"table": TABLE, "name": NAME, "explanation": TEXT}, ...],
+//    "descriptions": {"835": {"text": TEXT, "slots": [{"key": KEY, "table": TABLE,
+//                                                      "reasons": {NAME: TEXT, ...}}, ...]}, ...}}
+// A slot that no table explains has neither "table" nor "reasons".
 
 #include "catalog/event_name_table.h"
 #include "describe/description_catalog.h"
+#include "vocabulary/reason_table_list.h"
 
 #include <json/writer.h>
 
@@ -20,6 +22,15 @@ int main()
     for (const EventName& row : EventNameTable) {
         tables["names"][std::to_string(row.code)] = row.name;
     }
+    for (const auto& [name, table] : reasonTablesByName()) {
+        for (const Reason& reason : *table) {
+            Json::Value entry;
+            entry["table"] = name;
+            entry["name"] = reason.name;
+            entry["explanation"] = reason.explanation;
+            tables["reasons"].append(entry);
+        }
+    }
     for (const Description& row : DescriptionCatalog) {
         Json::Value& description = tables["descriptions"][std::to_string(row.code)];
         description["text"] = row.text;
@@ -28,6 +39,7 @@ int main()
             Json::Value entry;
             entry["key"] = slot.key;
             if (slot.reasons != nullptr) {
+                entry["table"] = nameOf(*slot.reasons);
                 for (const Reason& reason : *slot.reasons) {
                     entry["reasons"][reason.name] = reason.explanation;
                 }
