@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
-"""Checks that the pages and the completions have the options of the source, all and no other.
+"""Checks that the help text, the parser, the pages and the completions have the same options.
 
 usage: option_table_test.py --program PROGRAM [--emulator COMMAND] ROOT
 
 An option is its letter, its long name, and whether it takes an argument. The completions must also
-offer files behind just those whose argument is a <name>.
+offer files after just those whose argument is a <name>.
 """
 
 import argparse
 import re
+import string
 import subprocess
 import sys
 import tempfile
@@ -17,18 +18,18 @@ from pathlib import Path
 from shells import SHELLS
 
 
-def of_source(text):
-    actions = dict(re.findall(r"case '(\w)':\s*action = (\w+);", text))
-    letters = {action: letter for letter, action in actions.items()}
-    options = set()
-    for name, kind, action, letter in re.findall(
-            r'\{"(\w+)", (no|required)_argument, (?:&action, (\w+)|nullptr, \'(\w)\')\}', text):
-        options.add((letter or letters[action], name, kind == "required"))
-    short = "".join(sorted(letter + ":" * argument for letter, _, argument in options))
-    given = re.search(r'getopt_long\(argc, argv, "([\w:]+)"', text)[1]
-    if sorted(re.findall(r"\w:?", given)) != re.findall(r"\w:?", short):
-        sys.exit(f"options.cpp: the letters {given!r} are not those of the long options")
-    return options
+def of_parser(run):
+    """The letters and long names that the parser knows, each with whether it takes an argument."""
+    # The empty name is short for every long option, and the C library lists them.
+    names = re.findall(r"'--(\w+)'", run("--=").partition("possibilities:")[2])
+    known = set()
+    for word in [f"-{letter}" for letter in string.ascii_letters + string.digits] + \
+            [f"--{name}" for name in names]:
+        # A count of 0 is refused, so no action runs, unless the option takes "-n0" as its argument.
+        complaint = run(word, "-n0")
+        if "invalid option" not in complaint:
+            known.add((word, "greater than zero" not in complaint))
+    return known
 
 
 def of_help(text):
@@ -52,7 +53,7 @@ def words(options):
 
 
 def of_shell(shell, options, file):
-    """The options that a shell offers, and those of them behind which it offers a file."""
+    """The options that a shell offers, and those of them after which it offers a file."""
     return (shell.candidates("events-viewer -"),
             [word for word in words(options)
              if shell.candidates(f"events-viewer {word} {file[:1]}") == [file]])
@@ -66,13 +67,20 @@ def main():
     args = parser.parse_args()
     root = args.root.resolve()
 
-    options = of_source((root / "src/app/options.cpp").read_text())
-    help_text = subprocess.run([*filter(None, args.emulator.split(";")), args.program, "--help"],
-                               capture_output=True, text=True, check=True).stdout
-    found = {"--help": of_help(help_text),
-             "the manual": of_manual((root / "doc/events-viewer.1").read_text()),
+    def run(*arguments):
+        done = subprocess.run([*filter(None, args.emulator.split(";")), args.program, *arguments],
+                              capture_output=True, text=True, check=False, env={"LC_ALL": "C"})
+        return done.stdout + done.stderr
+
+    help_text = run("--help")
+    options = of_help(help_text)
+    found = {"the manual": of_manual((root / "doc/events-viewer.1").read_text()),
              "the README": of_readme((root / "README.md").read_text())}
     wrong = [f"{where} has {sorted(has)}" for where, has in found.items() if has != options]
+    known = of_parser(run)
+    if known != {(word, argument) for letter, name, argument in options
+                 for word in (f"-{letter}", f"--{name}")}:
+        wrong.append(f"the parser knows {sorted(known)}")
 
     of_files = re.findall(r"^  -(\w), --(\w+) <name>", help_text, re.MULTILINE)
     with tempfile.TemporaryDirectory() as folder:
@@ -85,8 +93,8 @@ def main():
             if offered != (words(options), words(of_files)):
                 wrong.append(f"{name} offers {offered}")
     if wrong or not options:
-        sys.exit("\n".join([f"the source has {sorted(options)}", *wrong]))
-    print(f"{len(options)} options are the same in the source, "
+        sys.exit("\n".join([f"--help has {sorted(options)}", *wrong]))
+    print(f"{len(options)} options are the same in --help, the parser, "
           f"{', '.join(found)} and {', '.join(SHELLS)}")
 
 
