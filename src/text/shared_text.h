@@ -31,8 +31,6 @@ public:
         }
     }
 
-    bool isNull() const noexcept { return record_ == nullptr; }
-
     /// The NUL-terminated text, never a null pointer; valid while a handle shares the text.
     const char* characters() const noexcept;
 

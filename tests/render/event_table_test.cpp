@@ -1,6 +1,7 @@
 #include "render/event_table.h"
 
 #include "support/captured_cout.h"
+#include "text/watched_calls.h"
 
 #include <gtest/gtest.h>
 
@@ -68,6 +69,12 @@ TEST(RenderEventTable, StatesOneTimeTwiceForOneEvent)
     add(events, 835, "T");
     const std::string table = renderEventTable(std::move(events), 1);
     EXPECT_EQ("Last 1 events from T to T:\n\nTimestamp", table.substr(0, 37));
+}
+
+TEST(RenderEventTable, LeavesTheDetailEmptyWhereThereIsNoMemoryForIt)
+{
+    EXPECT_EQ("t                   \033[1;34mMOBILE_LOST_GPS               \033[0m\n\n",
+              withoutMemory([] { return rowOf(835, "t"); }));
 }
 
 std::string statedCount(std::uint32_t count)

@@ -15,19 +15,18 @@ namespace {
 TEST(SharedText, WithoutARecordReadsAsTheEmptyText)
 {
     const SharedText text;
-    EXPECT_TRUE(text.isNull());
     EXPECT_STREQ("", text.characters());
     EXPECT_EQ(0U, text.length());
 }
 
-TEST(SharedText, CopiesOfANullHandleAreNull)
+TEST(SharedText, CopiesOfANullHandleReadAsTheEmptyText)
 {
     const SharedText text;
     SharedText copy(text);
-    EXPECT_TRUE(copy.isNull());
+    EXPECT_STREQ("", copy.characters());
     copy = textFromLiteral("gone in a moment");
     copy = text;
-    EXPECT_TRUE(copy.isNull());
+    EXPECT_STREQ("", copy.characters());
 }
 
 TEST(SharedText, CopiesShareOneBufferAndAllocateNothing)
@@ -128,7 +127,7 @@ TEST(SharedText, MovesWithoutLeavingAShareBehind)
     SharedText text = textFromLiteral("moved");
     const char* const buffer = text.characters();
     SharedText target(std::move(text));
-    EXPECT_TRUE(text.isNull()); // NOLINT: a moved-from handle is null
+    EXPECT_STREQ("", text.characters()); // NOLINT: a moved-from handle reads as the empty text
     EXPECT_EQ(buffer, target.characters());
     target = SharedText();
     EXPECT_EQ(buffer, lastFreed);
@@ -140,7 +139,7 @@ TEST(SharedText, MovesByAssignmentToo)
     const char* const buffer = text.characters();
     SharedText target = textFromLiteral("replaced");
     target = std::move(text);
-    EXPECT_TRUE(text.isNull()); // NOLINT: a moved-from handle is null
+    EXPECT_STREQ("", text.characters()); // NOLINT: a moved-from handle reads as the empty text
     EXPECT_EQ(buffer, target.characters());
 }
 
@@ -149,7 +148,6 @@ TEST(TextFromLiteral, OwnsACopyOfTheText)
     char source[] = "before";
     const SharedText text = textFromLiteral(source);
     source[0] = 'X';
-    EXPECT_FALSE(text.isNull());
     EXPECT_STREQ("before", text.characters());
     EXPECT_EQ(6U, text.length());
 }
@@ -172,7 +170,6 @@ TEST(TextFromLiteral, RemembersItsLength)
 TEST(TextFromLiteral, OfTheEmptyTextIsARecordWithoutCharacters)
 {
     const SharedText text = textFromLiteral("");
-    EXPECT_FALSE(text.isNull());
     EXPECT_STREQ("", text.characters());
     EXPECT_EQ(0U, text.length());
 }
@@ -180,7 +177,6 @@ TEST(TextFromLiteral, OfTheEmptyTextIsARecordWithoutCharacters)
 TEST(TextFromLiteral, WithoutMemoryReadsAsTheEmptyText)
 {
     const SharedText text = withoutMemory([] { return textFromLiteral("too much"); });
-    EXPECT_FALSE(text.isNull());
     EXPECT_STREQ("", text.characters());
     EXPECT_EQ(0U, text.length());
 }

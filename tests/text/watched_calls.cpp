@@ -9,20 +9,7 @@ int allocations = 0;
 const void* lastFreed = nullptr;
 int objects = 0;
 std::size_t pretendedLength = 0;
-
-namespace {
-
 bool memoryIsExhausted = false;
-
-} // namespace
-
-SharedText withoutMemory(SharedText (*make)())
-{
-    memoryIsExhausted = true;
-    SharedText text = make();
-    memoryIsExhausted = false;
-    return text;
-}
 
 } // namespace eventsviewer
 
