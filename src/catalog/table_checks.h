@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
 
 namespace eventsviewer {
 
@@ -78,33 +77,6 @@ constexpr bool explanationsArePresent(const Row (&rows)[rowCount])
 {
     for (const Row& row : rows) {
         if (row.explanation[0] == '\0') {
-            return false;
-        }
-    }
-    return true;
-}
-
-/// Whether every text holds one "%s" for each slot of its row. A "%" at the end of a line is the
-/// only other one allowed: the C library prints it as it stands. A text without slots is never
-/// formatted, so it may not hold a "%" at all.
-template <typename Row, std::size_t rowCount>
-constexpr bool placeholdersMatchSlots(const Row (&rows)[rowCount])
-{
-    for (const Row& row : rows) {
-        const std::string_view text = row.text;
-        std::size_t placeholders = 0;
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            if (text[i] != '%') {
-                continue;
-            }
-            const char conversion = i + 1 < text.size() ? text[i + 1] : '\0';
-            if (conversion == 's') {
-                ++placeholders;
-            } else if (conversion != '\n' || row.slots.count == 0) {
-                return false;
-            }
-        }
-        if (placeholders != row.slots.count) {
             return false;
         }
     }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <string_view>
 
 namespace eventsviewer {
 
@@ -47,5 +48,32 @@ struct Description {
     const char* text;
     Slots slots; ///< none for a fixed text
 };
+
+/// Whether every text holds one "%s" for each slot of its row. A "%" at the end of a line is the
+/// only other one allowed: the C library prints it as it stands. A text without slots is never
+/// formatted, so it may not hold a "%" at all.
+template <std::size_t rowCount>
+constexpr bool placeholdersMatchSlots(const Description (&rows)[rowCount])
+{
+    for (const Description& row : rows) {
+        const std::string_view text = row.text;
+        std::size_t placeholders = 0;
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            if (text[i] != '%') {
+                continue;
+            }
+            const char conversion = i + 1 < text.size() ? text[i + 1] : '\0';
+            if (conversion == 's') {
+                ++placeholders;
+            } else if (conversion != '\n' || row.slots.count == 0) {
+                return false;
+            }
+        }
+        if (placeholders != row.slots.count) {
+            return false;
+        }
+    }
+    return true;
+}
 
 } // namespace eventsviewer

@@ -67,49 +67,5 @@ TEST(ExplanationsArePresent, NoticesAnEmptyOne)
     EXPECT_FALSE(explanationsArePresent(kEmpty));
 }
 
-struct SlotCount {
-    std::size_t count;
-};
-
-struct TextRow {
-    const char* text;
-    SlotCount slots;
-};
-
-bool matches(const char* text, std::size_t slots)
-{
-    const TextRow rows[] = {{text, {slots}}};
-    return placeholdersMatchSlots(rows);
-}
-
-TEST(PlaceholdersMatchSlots, CountsThePlaceholders)
-{
-    EXPECT_TRUE(matches("fixed", 0));
-    EXPECT_TRUE(matches("%s and %s", 2));
-    EXPECT_FALSE(matches("%s and %s", 1));
-    EXPECT_FALSE(matches("%s and %s", 3));
-    EXPECT_FALSE(matches("%s", 0));
-    EXPECT_FALSE(matches("fixed", 1));
-}
-
-TEST(PlaceholdersMatchSlots, AcceptsNoOtherConversion)
-{
-    EXPECT_FALSE(matches("%s %d", 1));
-    EXPECT_FALSE(matches("%s %%", 1));
-    EXPECT_FALSE(matches("%s ends in %", 1));
-}
-
-TEST(PlaceholdersMatchSlots, AcceptsAPercentSignAtTheEndOfALineOfAFormattedText)
-{
-    EXPECT_TRUE(matches("%s%\nnext line", 1));
-    EXPECT_FALSE(matches("fixed %\nnext line", 0));
-}
-
-TEST(PlaceholdersMatchSlots, ChecksEveryRow)
-{
-    static constexpr TextRow kRows[] = {{"%s", {1}}, {"fixed", {0}}, {"%s", {2}}};
-    EXPECT_FALSE(placeholdersMatchSlots(kRows));
-}
-
 } // namespace
 } // namespace eventsviewer

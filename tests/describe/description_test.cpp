@@ -43,5 +43,42 @@ TEST(Slots, TakeEightAtMost)
     EXPECT_STREQ("h", (slots.end() - 1)->key);
 }
 
+bool matches(const char* text, std::size_t slotCount)
+{
+    Description rows[] = {{1, text, {}}};
+    rows[0].slots.count = slotCount;
+    return placeholdersMatchSlots(rows);
+}
+
+TEST(PlaceholdersMatchSlots, CountsThePlaceholders)
+{
+    EXPECT_TRUE(matches("fixed", 0));
+    EXPECT_TRUE(matches("%s and %s", 2));
+    EXPECT_FALSE(matches("%s and %s", 1));
+    EXPECT_FALSE(matches("%s and %s", 3));
+    EXPECT_FALSE(matches("%s", 0));
+    EXPECT_FALSE(matches("fixed", 1));
+}
+
+TEST(PlaceholdersMatchSlots, AcceptsNoOtherConversion)
+{
+    EXPECT_FALSE(matches("%s %d", 1));
+    EXPECT_FALSE(matches("%s %%", 1));
+    EXPECT_FALSE(matches("%s ends in %", 1));
+}
+
+TEST(PlaceholdersMatchSlots, AcceptsAPercentSignAtTheEndOfALineOfAFormattedText)
+{
+    EXPECT_TRUE(matches("%s%\nnext line", 1));
+    EXPECT_FALSE(matches("fixed %\nnext line", 0));
+}
+
+TEST(PlaceholdersMatchSlots, ChecksEveryRow)
+{
+    static constexpr Description kRows[] = {
+        {1, "%s", {"a"}}, {2, "fixed", {}}, {3, "%s", {"a", "b"}}};
+    EXPECT_FALSE(placeholdersMatchSlots(kRows));
+}
+
 } // namespace
 } // namespace eventsviewer
