@@ -8,38 +8,38 @@
 
 #include "checks.h"
 #include "describe/describe_event.h"
-#include "describe/description_catalog.h"
 #include "eventlog/event_line.h"
 #include "reference/naive.h"
 #include "reference/naive_json.h"
 #include "support/captured_cout.h"
+#include "vocabulary/vocabulary.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <iostream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace eventsviewer::fuzz {
 
 namespace {
 
-// Numbers that are no described code choose one by its row. Those that are choose themselves, so
-// that the inputs in fuzz/corpus keep their codes when rows are added; 0 is without description.
+// A number that is a described code, or 0, is taken as it is, so that the inputs in fuzz/corpus
+// keep their codes when rows are added. Any other number chooses a described code by its row.
 std::int32_t chosenCode(const std::uint8_t* choice)
 {
+    const std::vector<vocabulary::Description>& rows = vocabulary::descriptions();
     const int number = choice[0] * 256 + choice[1];
     const bool isDescribed =
-        std::any_of(std::begin(DescriptionCatalog), std::end(DescriptionCatalog),
-                    [number](const Description& row) { return row.code == number; });
+        std::any_of(rows.begin(), rows.end(),
+                    [number](const vocabulary::Description& row) { return row.code == number; });
     if (number == 0 || isDescribed) {
         return number;
     }
-    const auto row = static_cast<std::size_t>(number) % std::size(DescriptionCatalog);
-    return DescriptionCatalog[row].code;
+    return rows[static_cast<std::size_t>(number) % rows.size()].code;
 }
 
 struct Output {
@@ -57,12 +57,12 @@ Output describe(std::int32_t code, const std::string& details)
 Output describeWithoutMembers(std::int32_t code)
 {
     Output output = {"", describe(code, "{}").text};
-    for (const Description& description : DescriptionCatalog) {
+    for (const vocabulary::Description& description : vocabulary::descriptions()) {
         if (description.code != code) {
             continue;
         }
-        for (const Slot& slot : description.slots) {
-            if (slot.reasons == nullptr) {
+        for (const vocabulary::Slot& slot : description.slots) {
+            if (slot.table.empty()) {
                 output.printed += "Tarvik workaround: in Json::Value::find(begin, end): requires "
                                   "objectValue or nullValue\n";
             }

@@ -3,7 +3,6 @@
 // reference prints. Reports the smallest log that makes a difference, and fails.
 
 #include "app/actions.h"
-#include "reference/line_kinds.h"
 #include "reference/log_mutator.h"
 #include "reference/naive.h"
 #include "render/log_export.h"
@@ -193,7 +192,6 @@ int run(std::size_t lineCount, std::uint32_t seed, const std::string& folder)
 {
     LogMutator mutator(seed);
     Comparison comparison(folder);
-    LineKinds kinds;
     std::size_t done = 0;
     while (done < lineCount) {
         const bool deep = mutator.oneIn(8);
@@ -203,14 +201,10 @@ int run(std::size_t lineCount, std::uint32_t seed, const std::string& folder)
             comparison.reportSmallest(log, deep);
             return 1;
         }
-        for (const auto* lines : {&log.older, &log.newer}) {
-            for (const std::string& line : *lines) {
-                kinds.count(line);
-            }
-            done += lines->size();
-        }
+        done += log.older.size() + log.newer.size();
     }
-    return kinds.report(done) ? 0 : 1;
+    std::cout << "No difference in " << done << " lines.\n";
+    return 0;
 }
 
 } // namespace
