@@ -12,6 +12,11 @@ A case folder holds
   expected/files/   the files that the run makes or changes
   anything else     the inputs
 
+Some bytes are JsonCpp's own and differ between its releases: its wording of an error, and what it
+takes for an error in the log. For these, expected/ may hold a second file "stdout.from-1.9.6" beside
+"stdout" (and so for every name above). Of all files of a name, the one with the newest release that
+is not newer than the linked one counts; the one without a release counts for all that are older.
+
 Afterwards the fresh folder must hold the inputs and expected/files to the byte, and no other file.
 Only names that begin with "generated" are not looked at: they are for cmd's own use. A cmd that
 cannot do its work here writes the reason into a file named "skip".
@@ -35,6 +40,7 @@ import time
 from pathlib import Path
 
 EXIT_SKIPPED = 77
+EXPECTED_NAME = re.compile(r"(stdout|stderr|status|terminal|files)(\.from-1\.9\.\d+)?")
 DIFF_LINES = 80
 DIFF_COLUMNS = 300
 PROGRAM_NAME = "events-viewer"
@@ -161,15 +167,34 @@ def run(case, args, scratch, run_streams):
     return Result(status_name(code), streams, plain_files(work))
 
 
+def release_number(text):
+    return tuple(int(number) for number in text.split("."))
+
+
+def path_for_release(path, release):
+    """`path` itself, or the one of its ".from-RELEASE" variants that counts for `release`."""
+    variants = {release_number(variant.name.split(".from-")[1]): variant
+                for variant in path.parent.glob(f"{path.name}.from-*")}
+    known = [first for first in variants if first <= release_number(release)]
+    return variants[max(known)] if known else path
+
+
 def read_if_there(path):
     return path.read_bytes() if path.exists() else b""
 
 
-def expectation(case, stream_names):
+def expectation(case, stream_names, release):
     expected = case / "expected"
-    return Result(read_if_there(expected / "status").decode().strip() or "0",
-                  {name: read_if_there(expected / name) for name in stream_names},
-                  {**inputs(case), **plain_files(expected / "files")})
+    for path in expected.glob("*"):
+        if not EXPECTED_NAME.fullmatch(path.name):
+            sys.exit(f"{path}: not a name of something expected")
+
+    def of(name):
+        return path_for_release(expected / name, release)
+
+    return Result(read_if_there(of("status")).decode().strip() or "0",
+                  {name: read_if_there(of(name)) for name in stream_names},
+                  {**inputs(case), **plain_files(of("files"))})
 
 
 def printable(text):
@@ -211,27 +236,30 @@ def compare(expected, actual):
 
 
 def write_or_remove(path, text):
-    if text:
+    if text or ".from-" in path.name:  # without the file an older release's would count
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(text)
     else:
         path.unlink(missing_ok=True)
 
 
-def update(case, actual):
-    expected = case / "expected"
+def update(case, actual, release):
+    def of(name):
+        return path_for_release(case / "expected" / name, release)
+
     if "terminal" in actual.streams:
-        (expected / "terminal").write_bytes(actual.streams["terminal"])
+        of("terminal").write_bytes(actual.streams["terminal"])
         return
     status = "" if actual.status == "0" else f"{actual.status}\n"
-    write_or_remove(expected / "status", status.encode())
+    write_or_remove(of("status"), status.encode())
     for name, text in actual.streams.items():
-        write_or_remove(expected / name, text)
-    shutil.rmtree(expected / "files", ignore_errors=True)
+        write_or_remove(of(name), text)
+    files = of("files")
+    shutil.rmtree(files, ignore_errors=True)
     unchanged = inputs(case)
     for name, text in actual.files.items():
         if unchanged.get(name) != text:
-            path = expected / "files" / name
+            path = files / name
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_bytes(text)
 
@@ -239,6 +267,8 @@ def update(case, actual):
 def main():
     parser = argparse.ArgumentParser(description="Runs one case folder.")
     parser.add_argument("--program", required=True)
+    parser.add_argument("--jsoncpp", required=True, metavar="RELEASE",
+                        help="the release of JsonCpp that the program is linked with")
     parser.add_argument("--emulator", default=[], type=lambda text: [w for w in text.split(";") if w],
                         help="command that runs the program, its words parted by semicolons")
     parser.add_argument("--time-limit", type=float, default=120, metavar="SECONDS")
@@ -254,16 +284,16 @@ def main():
     case = args.case.resolve()
     scratch = Path(tempfile.mkdtemp(prefix=f"{case.name[:40]}."))
     runs = {"pipes": run_in_pipes}
-    if (case / "expected" / "terminal").exists():
+    if path_for_release(case / "expected" / "terminal", args.jsoncpp).exists():
         runs["terminal"] = run_in_terminal
     same = True
     try:
         for name, run_streams in runs.items():
             actual = run(case, args, scratch / name, run_streams)
             if args.update:
-                update(case, actual)
+                update(case, actual, args.jsoncpp)
             else:
-                same = compare(expectation(case, actual.streams), actual) and same
+                same = compare(expectation(case, actual.streams, args.jsoncpp), actual) and same
     except Skipped as reason:
         print(f"skipped: {reason}")
         shutil.rmtree(scratch)
