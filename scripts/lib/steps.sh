@@ -12,3 +12,9 @@ quietly() {
     printf '%s\nFailed: %s\n' "$quietly_output" "$*" >&2
     return "$quietly_status"
 }
+
+# passed OUTPUT: how many tests passed, of those that CTest tells of in OUTPUT and that were not skipped.
+passed() {
+    passed_total=$(echo "$1" | sed -n 's/.* out of \([0-9]*\)$/\1/p')
+    echo $((passed_total - $(echo "$1" | grep -c '\*\*\*Skipped' || true)))
+}
