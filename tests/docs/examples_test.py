@@ -5,8 +5,9 @@ usage: examples_test.py --program PROGRAM [--emulator COMMAND] [--busybox] ROOT 
 
 An example is a block of code with a line that begins with "$ ": that line is a command of the
 shell, lines that begin with "> " go on with it, and the lines up to the next command are what it
-prints on both its streams. A line "..." stands for any number of lines. What the program prints
-is compared without its colours, as the pages are.
+prints on both its streams. A line "..." stands for any number of lines. A last line "^C" says that
+the user interrupts the command, which is done here once the lines above it have come. What the
+program prints is compared without its colours, as the pages are.
 
 The commands of a page run one after the other in a folder that has a copy of ROOT/examples in it.
 With --busybox they use BusyBox's tools, as on the board, in place of the system's.
@@ -16,9 +17,11 @@ import argparse
 import difflib
 import os
 import re
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "cli"))
@@ -27,6 +30,7 @@ import run_case  # noqa: E402 (how a test has the program run by its name)
 COLOUR = re.compile(r"\x1b\[[0-9;]*m")
 MANUAL_ESCAPES = {r"\-": "-", r"\e": "\\", r"\&": "", r"\(aq": "'", r"\(ha": "^", r"\(ti": "~"}
 GNU_ONLY = ("less",)  # BusyBox's takes the colours out
+LIMIT = 60  # seconds for an example
 
 
 class Example:
@@ -34,6 +38,7 @@ class Example:
         self.line = line
         self.command = command
         self.output = []
+        self.interrupted = False
 
 
 def markdown_blocks(text):
@@ -86,6 +91,11 @@ def examples_of(block):
             examples[-1].output.append(line)
         elif re.match(r"(\S*/)?events-viewer ", line):
             sys.exit(f"line {number}: an example that is not run, since it has no '$ ': {line}")
+    for example in examples:
+        example.output = without_blank_end(example.output)
+        if example.output[-1:] == ["^C"]:
+            example.interrupted = True
+            example.output.pop()
     return examples
 
 
@@ -102,11 +112,28 @@ def without_blank_end(lines):
 
 
 def run(example, folder, environment, emulated):
-    result = subprocess.run(["sh", "-c", example.command], cwd=folder, env=environment,
-                            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                            stderr=subprocess.STDOUT, timeout=60)
-    text = run_case.without_remarks(result.stdout, emulated).decode(errors="backslashreplace")
-    return COLOUR.sub("", text).split("\n")
+    """The lines that the example prints."""
+    path = folder.parent / "output"
+    with path.open("wb") as output:
+        process = subprocess.Popen(["sh", "-c", example.command], cwd=folder, env=environment,
+                                   stdin=subprocess.DEVNULL, stdout=output,
+                                   stderr=subprocess.STDOUT, start_new_session=True)
+
+    def lines():
+        text = run_case.without_remarks(path.read_bytes(), emulated)
+        return without_blank_end(COLOUR.sub("", text.decode(errors="backslashreplace")).split("\n"))
+
+    deadline = time.monotonic() + LIMIT
+    if example.interrupted:
+        while not matches(example.output, lines()) and time.monotonic() < deadline:
+            time.sleep(0.1)
+        os.killpg(process.pid, signal.SIGINT)
+    try:
+        process.wait(deadline + 1 - time.monotonic())
+    except subprocess.TimeoutExpired:
+        run_case.kill_session(process)
+        return [*lines(), f"(still running after {LIMIT} s)"]
+    return lines()
 
 
 def put_busybox_first(folder, environment):
@@ -146,12 +173,12 @@ def main():
         work.mkdir()
         subprocess.run(["cp", "-r", args.root / "examples", work], check=True)
         for example in examples:
-            actual = without_blank_end(run(example, work, environment, bool(args.emulator)))
-            expected = without_blank_end(example.output)
-            if not matches(expected, actual):
+            actual = run(example, work, environment, bool(args.emulator))
+            if not matches(example.output, actual):
                 wrong += 1
                 print(f"{args.page}:{example.line}: $ {example.command}")
-                print("\n".join(difflib.unified_diff(expected, actual, "page", "run", lineterm="")))
+                print("\n".join(difflib.unified_diff(example.output, actual, "page", "run",
+                                                     lineterm="")))
     if wrong:
         sys.exit(f"{wrong} of {len(examples)} examples differ")
     print(f"{len(examples)} examples are as the page says")
