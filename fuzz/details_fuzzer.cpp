@@ -1,9 +1,9 @@
-// The input is the variables of one event, as JSON, behind two bytes that choose the event's code.
+// The input is two bytes that choose the code of an event, and the event's variables as JSON.
 //
-// - The description is what the plainest way of filling the template gives, with its diagnostics.
-// - The variables come through the log as the plainest way of rewriting them brings them.
-// - Where the variables are no object, the description is that of no variables, and each variable
-//   that is asked for as it stands is reported.
+// - The description and its diagnostics are those of the reference.
+// - A log line with these variables gives the details that the reference gives.
+// - If the variables are not an object, the description is the one without variables, and each
+//   variable that no table explains is reported.
 // - The same variables give the same description again, whatever was parsed in between.
 
 #include "checks.h"
@@ -71,7 +71,7 @@ Output describeWithoutMembers(std::int32_t code)
     return output;
 }
 
-// Without the diagnostic of a text that breaks.
+// Without the diagnostic of broken JSON.
 std::string withoutParseDiagnostic(const std::string& printed)
 {
     const std::size_t parse = printed.find("error occured in IStream");
@@ -84,19 +84,19 @@ std::string withoutParseDiagnostic(const std::string& printed)
 Output checkedDescription(std::int32_t code, const std::string& details)
 {
     Output actual = describe(code, details);
-    // The plain way makes a parser for each text, so this one is parsed once for both questions:
-    // what kind of value it is, and what its description is.
+    // The reference makes a parser for each string, so this one is parsed only once, for both its
+    // type and its description.
     const CapturedCout printed;
     const Json::Value root = reference::parsed(details);
     if (root.isObject() || root.isNull()) {
         checkSame(actual.text, reference::describeParsed(code, root),
-                  "the template is filled as the plain way fills it");
-        checkSame(actual.printed, printed.text(), "diagnostics as the plain way prints them");
+                  "the template is filled as the reference fills it");
+        checkSame(actual.printed, printed.text(), "the diagnostics are those of the reference");
     } else {
         const Output empty = describeWithoutMembers(code);
-        checkSame(actual.text, empty.text, "what is no object has no variables");
+        checkSame(actual.text, empty.text, "what is not an object has no variables");
         checkSame(withoutParseDiagnostic(actual.printed), empty.printed,
-                  "each variable of what is no object is reported");
+                  "each variable of what is not an object is reported");
     }
     return actual;
 }
@@ -106,8 +106,8 @@ struct PlainEvent {
     std::string printed; // by the conversion of the code: the damage itself is not reported
 };
 
-// What the plain way makes of `line`, whose first member is an "id". Damage among the variables may
-// let the library take one of them for a second "id".
+// What the reference makes of `line`, whose first member is an "id". Because of damage among the
+// variables the library may take one of them for a second "id".
 PlainEvent plainEvent(const std::string& line)
 {
     const CapturedCout printed;
@@ -130,7 +130,7 @@ PlainEvent plainEvent(const std::string& line)
     return {text.substr(0, text.find('\0')), printed.text()};
 }
 
-// The variables as a log brings them.
+// The details that a log line with these variables gives.
 std::string detailsFromLog(std::int32_t code, std::string_view variables)
 {
     const std::string line =
@@ -141,19 +141,19 @@ std::string detailsFromLog(std::int32_t code, std::string_view variables)
     check(event != nullptr, "a line that begins with an \"id\" is an event");
     checkSame(printed.text(), plain.printed, "the log's own damage is not reported");
     std::string details = event->details.characters();
-    checkSame(details, plain.details, "the variables are rewritten as the plain way does");
+    checkSame(details, plain.details, "the variables are rewritten as the reference does");
     return details;
 }
 
 void checkVariables(std::int32_t code, std::string_view variables)
 {
-    const std::string asTheyStand(variables.substr(0, variables.find('\0')));
-    const Output first = checkedDescription(code, asTheyStand);
+    const std::string asTheyAre(variables.substr(0, variables.find('\0')));
+    const Output first = checkedDescription(code, asTheyAre);
     const std::string fromLog = detailsFromLog(code, variables);
-    if (fromLog != asTheyStand) { // or the next check says all there is to say
+    if (fromLog != asTheyAre) { // or the next check says all there is to say
         checkedDescription(code, fromLog);
     }
-    const Output again = describe(code, asTheyStand);
+    const Output again = describe(code, asTheyAre);
     checkSame(again.text, first.text, "the same variables give the same description");
     checkSame(again.printed, first.printed, "the same variables give the same diagnostics");
 }

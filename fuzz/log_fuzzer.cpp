@@ -1,16 +1,19 @@
-// The input is a log behind two bytes. Of the first, the low half is the count of --show (the digit
-// "3" stands for 3), the next bit says which action reads the two files joined, and with both its
-// highest bits the first line comes as often as 1000 bytes hold it. The second byte tells where the
-// log is cut into its two files.
+// The input is two bytes and a log.
 //
-// - A table is what the plainest way of reading each line alone gives, and so are the diagnostics:
-//   no line's fate depends on its neighbours.
-// - A table has as many rows as its heading says, each with one pair of colour escapes besides
-// those
-//   that the log brings along.
+// - The low half of the first byte is the count of --show, so that the digit "3" means 3.
+// - Its next bit chooses the action that reads the two files joined into one.
+// - If both its highest bits are set, the first line is repeated until it fills 1000 bytes.
+// - The second byte tells where the log is cut into its two files.
+//
+// The rules:
+//
+// - A table and its diagnostics are what the reference makes of each line alone: no line affects
+//   another.
+// - A table has as many rows as its heading says. Each has one pair of colour escapes, and those
+//   that are in the log.
 // - The table of the newest N events has the last N rows of the table of all events.
-// - The export is the table of all events, without a line feed at its end.
-// - Two files are the same log as both joined.
+// - The export is the table of all events, without a newline at its end.
+// - Two files give the same table as both joined.
 
 #include "app/actions.h"
 #include "checks.h"
@@ -38,8 +41,8 @@ namespace {
 // The first byte of an input that only --show reads.
 constexpr std::uint8_t kOnlyShow = 0xc0;
 
-// A file that stays open and is overwritten in place: to open a small file and to give it new pages
-// takes longer than to write it.
+// A file that stays open and is overwritten in place: opening a small file and giving it new pages
+// takes longer than writing it.
 class OpenFile {
 public:
     explicit OpenFile(const std::string& path)
@@ -71,8 +74,8 @@ private:
     int descriptor_;
 };
 
-// What the plainest way makes of a line.
-struct PlainLine {
+// What the reference makes of a line.
+struct ReferenceLine {
     std::string printed; // while it is read
     bool isEvent = false;
     std::string time;
@@ -81,8 +84,8 @@ struct PlainLine {
     std::string printedByRow; // while it is described
 };
 
-struct PlainLog {
-    std::vector<const PlainLine*> events;
+struct ReferenceLog {
+    std::vector<const ReferenceLine*> events;
     std::string printed; // while it is read
 };
 
@@ -100,9 +103,9 @@ std::size_t occurrences(std::string_view text, std::string_view part)
     return count;
 }
 
-PlainLine readPlainly(const std::string& text)
+ReferenceLine readByReference(const std::string& text)
 {
-    PlainLine line;
+    ReferenceLine line;
     const CapturedCout printed;
     if (const auto event = reference::eventOf(text)) {
         const CapturedCout printedByRow;
@@ -116,17 +119,17 @@ PlainLine readPlainly(const std::string& text)
     return line;
 }
 
-// Each line costs the plain way new parsers, so each is read once for all tables of the log, and
-// for all lines like it; `lines` keeps what it comes to.
-PlainLog readPlainly(std::string_view log, std::map<std::string, PlainLine>& lines)
+// The reference makes new parsers for each line, so `lines` keeps the result for the other tables
+// of the log and for equal lines.
+ReferenceLog readByReference(std::string_view log, std::map<std::string, ReferenceLine>& lines)
 {
-    PlainLog plain;
+    ReferenceLog plain;
     while (!log.empty()) {
         const std::size_t end = std::min(log.find('\n'), log.size());
         const std::string text(log.substr(0, end));
         auto line = lines.find(text);
         if (line == lines.end()) {
-            line = lines.emplace(text, readPlainly(text)).first;
+            line = lines.emplace(text, readByReference(text)).first;
         }
         plain.printed += line->second.printed;
         if (line->second.isEvent) {
@@ -153,9 +156,9 @@ std::string heading(std::size_t count, const std::string& from, const std::strin
            std::string(80, '=') + "\n";
 }
 
-// The row that stands in front of `rows`, which has one pair of colours of its own: the log may
-// bring escapes along, but its bytes never make one together with the row's.
-std::string_view takeRow(std::string_view& rows, const PlainLine& event)
+// Takes the first row off `rows`. It has one pair of colour escapes besides those in the log; the
+// bytes of the log never form another one together with the row's.
+std::string_view takeRow(std::string_view& rows, const ReferenceLine& event)
 {
     const std::string_view row = rows.substr(0, event.row.size());
     for (const std::string_view colour : {"\033[1;34m", "\033[0m"}) {
@@ -168,7 +171,7 @@ std::string_view takeRow(std::string_view& rows, const PlainLine& event)
 }
 
 // The table in `output` has the newest `count` events of `plain`.
-void checkTable(const Output& output, const PlainLog& plain, std::size_t count)
+void checkTable(const Output& output, const ReferenceLog& plain, std::size_t count)
 {
     const std::size_t shown = std::min(count, plain.events.size());
     if (shown == 0) {
@@ -183,16 +186,16 @@ void checkTable(const Output& output, const PlainLog& plain, std::size_t count)
     std::string_view rest = std::string_view(output.table).substr(above.size());
     std::string printed = plain.printed;
     for (std::size_t i = first; i < plain.events.size(); ++i) {
-        const PlainLine& event = *plain.events[i];
+        const ReferenceLine& event = *plain.events[i];
         checkSame(takeRow(rest, event), event.row, "each line is read as if alone");
         printed += event.printedByRow;
     }
     checkSame(rest, "", "no row but the events'");
-    checkSame(output.printed, printed, "diagnostics the plain way");
+    checkSame(output.printed, printed, "the diagnostics are those of the reference");
 }
 
-// Where the newest `count` rows of `plain` stand in `table`.
-std::string_view newestRows(std::string_view table, const PlainLog& plain, std::size_t count)
+// The part of `table` that has the newest `count` rows of `plain`.
+std::string_view newestRows(std::string_view table, const ReferenceLog& plain, std::size_t count)
 {
     std::size_t size = 0;
     for (std::size_t i = plain.events.size(); i > 0 && count > 0; --i, --count) {
@@ -201,8 +204,8 @@ std::string_view newestRows(std::string_view table, const PlainLog& plain, std::
     return table.substr(table.size() - std::min(table.size(), size));
 }
 
-// The log is in two files below `path`, and in one at `joinedPath`. Both actions on both would read
-// it twice as often and find the same.
+// The log is in two files at `path`, and in one at `joinedPath`. Each action reads one of them:
+// both actions on both would take twice as long and find the same.
 Output checkedAll(const std::string& path, const std::string& joinedPath, bool exportJoined,
                   const OpenFile& exportFile)
 {
@@ -233,8 +236,8 @@ void checkLog(std::string_view log, std::uint8_t choice, std::size_t cut)
     olderFile.write(log.substr(0, cut));
     newerFile.write(log.substr(cut));
     joinedFile.write(joined);
-    std::map<std::string, PlainLine> lines;
-    const PlainLog plain = readPlainly(joined, lines);
+    std::map<std::string, ReferenceLine> lines;
+    const ReferenceLog plain = readByReference(joined, lines);
 
     const std::string& path = newerFile.path();
     const Output recent = outputOf([&] { return recentEventsTable(path, count); });
@@ -258,8 +261,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size < 2 || eventsviewer::fuzz::nestsDeeper(input, 1000)) {
         return 0;
     }
-    // --show judges lines in stretches of up to 1000 bytes, and short inputs come to no end of one.
-    // The other actions would read the repeated line as they read it the first time.
+    // The fast path of --show checks up to 1000 bytes at once, and short inputs do not reach that
+    // end. The other actions would read the repeated line as they read it the first time.
     std::string_view lines = input.substr(2);
     std::string log;
     if (data[0] >= eventsviewer::fuzz::kOnlyShow) {

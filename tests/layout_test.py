@@ -3,8 +3,8 @@
 
 usage: layout_test.py SRC MODULES
 
-A line of MODULES names a folder and, after a colon, the folders that it may include. The build writes
-this file. A folder may include only those that stand above it there.
+The build writes MODULES. Each line names a folder and, after a colon, the folders that it may
+include; these are above it in MODULES.
 """
 
 import pathlib

@@ -51,7 +51,7 @@ TEST_F(Actions, RecentEventsTableStatesNoMoreEventsThanThereAre)
     EXPECT_EQ(kWholeTable, recentEventsTable(options_.inputPath, SIZE_MAX));
 }
 
-TEST_F(Actions, RecentEventsTableTakesACountBeyond32BitsForTheLargest)
+TEST_F(Actions, RecentEventsTableTakesACountOfMoreThan32BitsForTheLargest)
 {
     if (sizeof(std::size_t) < sizeof(std::uint64_t)) {
         GTEST_SKIP() << "no such count on this machine";
@@ -72,7 +72,7 @@ TEST_F(Actions, WithoutOneComplainsAndSucceeds)
     EXPECT_EQ(0, result.exitStatus);
 }
 
-TEST_F(Actions, ShowPrintsTheNewestEventsAndALineFeed)
+TEST_F(Actions, ShowPrintsTheNewestEventsAndANewline)
 {
     options_.count = 1;
     expectSuccess(run(kActionShow), kNewerTable + "\n");

@@ -36,8 +36,8 @@ int __wrap_getopt_long(int argc, char* const* argv, const char* letters, const o
 namespace eventsviewer {
 namespace {
 
-/// Parses the command line "tool" and `arguments` in a process of its own, as options can be parsed
-/// but once in one. Its standard output tells the options, its status whether there are any.
+/// Parses the command line "tool" and `arguments` in a child process, because a process can parse
+/// options only once. The child prints the options; its status is 0 if there are any.
 ChildResult parse(const std::vector<std::string>& arguments)
 {
     return runInChild([&arguments] {
@@ -155,7 +155,7 @@ TEST(ParseOptions, GroupsLetters)
     expectOptions({"-sifile"}, "action 1, from file to /tmp/events_report, 10 events");
 }
 
-TEST(ParseOptions, IgnoresExtraWords)
+TEST(ParseOptions, IgnoresOtherArguments)
 {
     expectOptions({"-s", "foo"}, action(1));
     expectOptions({"foo", "-s", "bar", "-n", "3"}, showing("3"));
@@ -187,7 +187,7 @@ TEST(ParseOptions, TakesMinusOneAndHugeNumbersForTheLargestCount)
     expectOptions({"-s", "-n", kLargestCount}, showing(kLargestCount));
 }
 
-TEST(ParseOptions, RejectsACountThatIsNoNumber)
+TEST(ParseOptions, RejectsACountThatIsNotANumber)
 {
     expectError({"-n", "abc"}, "Invalid number of events: abc\n");
     expectError({"-s", "-n", ""}, "Invalid number of events: \n");
@@ -249,7 +249,7 @@ TEST(ParseOptions, RejectsAnArgumentOfAnOptionThatTakesNone)
                               "Invalid Argument: --show=5\n");
 }
 
-TEST(ParseOptions, ReportsNoElementBeyondTheEnd)
+TEST(ParseOptions, DoesNotReportAnElementAfterTheEnd)
 {
     // Some C libraries count a missing argument as if it were there.
     libraryGoesBeyondTheEnd = true;

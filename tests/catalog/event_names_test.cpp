@@ -54,7 +54,7 @@ TEST(EventNameFor, PrintsANegativeCodeUnsigned)
     EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294967295", nameOf(-1));
     EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483648", nameOf(INT32_MIN));
     EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483647", nameOf(INT32_MAX));
-    // The bits of -684 are no known code either.
+    // The bits of -684 are not a known code either.
     EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294966612", nameOf(-684));
 }
 

@@ -19,7 +19,7 @@ TEST(FindCode, FindsEveryRow)
     }
 }
 
-TEST(FindCode, TakesNoNeighbourForAMissingCode)
+TEST(FindCode, FindsNothingForAMissingCode)
 {
     for (const std::int32_t code : {INT32_MIN, -8, -6, 0, 2, 5, 8, 10, INT32_MAX}) {
         EXPECT_EQ(nullptr, findCode(kRows, code)) << code;

@@ -5,7 +5,7 @@
 namespace eventsviewer {
 namespace {
 
-TEST(ReasonTables, KeepDoubledAndTrailingBlanks)
+TEST(ReasonTables, KeepDoubledAndTrailingSpaces)
 {
     EXPECT_STREQ("OTC failed because the  modem lost contact to the BUC.",
                  BucNotCalibratedReasons.begin()[7].explanation);

@@ -1,7 +1,6 @@
 #!/bin/sh
 # wide_offsets_test.sh NM PROGRAM: the program must open files by the calls that reach beyond 2 GiB.
-# An emulator on a 64-bit machine opens such a file either way, so the program's imports have to
-# tell.
+# An emulator on a 64-bit machine opens such a file either way, so this checks the program's imports.
 
 imports=$("$1" --dynamic --undefined-only "$2") || exit
 echo "$imports"

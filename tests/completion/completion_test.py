@@ -12,7 +12,7 @@ from shells import SHELLS
 
 LOGS = ["logs/events_report", "logs/events_report.0"]
 
-# The line, with its last word unfinished, and what may take the place of that word.
+# The line, whose last word is unfinished, and the candidates for that word.
 CASES = {
     # the names of options
     "--in": ["--input_file"],
@@ -20,7 +20,7 @@ CASES = {
     "--x": [],
     "--show --num": ["--number"],
     "-s -n 3 --o": ["--output_file"],
-    # file names behind every form of the two options that take one, other words being ignored
+    # file names after every form of the two options that take one; other arguments are ignored
     "-i l": ["logs"],
     "-o l": ["logs"],
     "-i logs/ev": LOGS,
@@ -32,7 +32,7 @@ CASES = {
     "-l -i logs/events_report -o o": ["other file"],
     "l": [],
     "--show l": [],
-    # nothing behind a number
+    # nothing after a number
     "-n ": [],
     "-n l": [],
     "--number l": [],

@@ -2,7 +2,7 @@
 
 A shell is asked with `candidates(line)`: the sorted words that it puts in the place of the last
 word of `line`, which is a command line of events-viewer; none if it knows nothing. A folder has no
-slash at its end, and an argument not the "--option=" in front of it, since the shells differ there.
+slash at its end, and an argument not the "--option=" before it, since the shells differ there.
 """
 
 import json
@@ -18,8 +18,8 @@ LIMIT = 60  # seconds
 INSERT_ALL = "\x14"  # Control-T, bound to a command that inserts every candidate
 READY, BEGIN, END = "[ready]", "[begin]", "[end]"
 
-# In place of the program, a function that shows the words of the finished line. The marks are put
-# together, so that they are not found in the line that defines it.
+# A function in place of the program that shows the words of the finished line. It joins each marker
+# from pieces, so that the line that defines it does not contain one.
 SHOW_WORDS = ("events-viewer() { "
               "printf '%s%s' '[beg' 'in]'; printf '%s\\n' \"$@\"; printf '%s%s' '[en' 'd]'; }")
 
@@ -47,13 +47,13 @@ class Interactive:
     def type(self, text):
         os.write(self.terminal, text.encode())
 
-    def wait_for(self, mark):
+    def wait_for(self, marker):
         deadline = time.monotonic() + LIMIT
-        while mark not in self.shown:
+        while marker not in self.shown:
             if not select.select([self.terminal], [], [], max(0, deadline - time.monotonic()))[0]:
-                raise TimeoutError(f"no {mark} in {self.shown!r}")
+                raise TimeoutError(f"no {marker} in {self.shown!r}")
             self.shown += os.read(self.terminal, 65536).decode()
-        before, self.shown = self.shown.split(mark, 1)
+        before, self.shown = self.shown.split(marker, 1)
         return before
 
     def candidates(self, line):

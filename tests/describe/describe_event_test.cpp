@@ -51,7 +51,7 @@ TEST(DescribeEvent, FillsEveryDescriptionWithAllItsVariables)
     expectReferenceAgrees(reference::everyDescription());
 }
 
-TEST(DescribeEvent, FillsEveryDescriptionWithoutVariablesAndWithEachOneMissingOrNoString)
+TEST(DescribeEvent, FillsEveryDescriptionWithoutVariablesAndWithEachOneMissingOrNotAString)
 {
     expectReferenceAgrees(reference::everyDescriptionWithWrongVariables());
 }
@@ -61,7 +61,7 @@ TEST(DescribeEvent, ExplainsEveryReasonByItsExactNameAndByNothingElse)
     expectReferenceAgrees(reference::everyReason());
 }
 
-TEST(DescribeEvent, PrintsThePercentSignBehindTheRollOffFactor)
+TEST(DescribeEvent, PrintsThePercentSignAfterTheRollOffFactor)
 {
     EXPECT_EQ("The downstream this modem is receiving from has been updated:\n"
               "Carrier frequency: 1200000 kHz\n"
@@ -78,14 +78,14 @@ TEST(DescribeEvent, TellsOfATimeAdjustmentForCode1227)
               describe(1227, R"({"delta_time":"5","old_time":"10:00:00","new_time":"10:00:05"})"));
 }
 
-TEST(DescribeEvent, KeepsBothBlanksBeforeAnOptionsError)
+TEST(DescribeEvent, KeepsBothSpacesBeforeAnOptionsError)
 {
     EXPECT_EQ("This terminal is misconfigured.\nReason:  The BUC options update was rejected; "
               "incompatible with the BUC calibration file.",
               describe(1283, R"({"options_error_reason":"BUC_OPTIONS_UPDATE_REJECTED"})"));
 }
 
-TEST(DescribeEvent, ShowsTheReasonForLeavingTheNetworkAsItStands)
+TEST(DescribeEvent, ShowsTheReasonForLeavingTheNetworkAsItIs)
 {
     EXPECT_EQ("This terminal fell out of network.\nReason: NO_UCP",
               describe(1229, R"({"out_of_network_reason":"NO_UCP"})"));
@@ -93,7 +93,7 @@ TEST(DescribeEvent, ShowsTheReasonForLeavingTheNetworkAsItStands)
               describe(1232, R"({"forced_logout_reason":"NO_UCP"})"));
 }
 
-TEST(DescribeEvent, LeavesBlanksWhereVariablesAreMissing)
+TEST(DescribeEvent, LeavesSpacesWhereVariablesAreMissing)
 {
     EXPECT_EQ("This terminal switched beams and is now in network on iNet  and Beam .",
               describe(1244, "{}"));
@@ -106,7 +106,7 @@ TEST(DescribeEvent, SaysThatAMissingReasonHasNoDescription)
               describe(1217, R"({"detail":"since noon"})"));
 }
 
-TEST(DescribeEvent, SaysSoOfAReasonThatIsANumberWithoutADiagnostic)
+TEST(DescribeEvent, SaysTheSameOfAReasonThatIsANumberWithoutADiagnostic)
 {
     const CapturedCout output;
     EXPECT_EQ("This terminal's BUC is not calibrated.\n"
@@ -124,7 +124,7 @@ TEST(DescribeEvent, ReadsTheConfigurationHashUnderItsMisspeltKeyOnly)
                              R"("terminal_configuration_hash":"h"})"));
 }
 
-TEST(DescribeEvent, PrintsOneDiagnosticForEachVariableThatIsNoString)
+TEST(DescribeEvent, PrintsOneDiagnosticForEachVariableThatIsNotAString)
 {
     const CapturedCout output;
     EXPECT_EQ("This terminal switched beams and is now in network on iNet  and Beam .",
@@ -132,7 +132,7 @@ TEST(DescribeEvent, PrintsOneDiagnosticForEachVariableThatIsNoString)
     EXPECT_EQ(std::string(kNoString) + kNoString, output.text());
 }
 
-TEST(DescribeEvent, TakesNoNoticeOfVariablesThatItDoesNotShow)
+TEST(DescribeEvent, IgnoresVariablesThatItDoesNotShow)
 {
     const CapturedCout output;
     EXPECT_EQ("This terminal's modem software is starting up.",
@@ -154,7 +154,7 @@ TEST(DescribeEvent, ShowsAVariableUpToItsFirstNul)
               describe(1228, R"({"inet_id":"ab\u0000cd"})"));
 }
 
-TEST(DescribeEvent, KeepsLineBreaksAndLongTextsOfAVariable)
+TEST(DescribeEvent, KeepsNewlinesAndLongValuesOfAVariable)
 {
     EXPECT_EQ("This terminal is in network and authenticated on iNet a\nb\r\t.",
               describe(1228, R"({"inet_id":"a\nb\r\t"})"));
@@ -183,7 +183,7 @@ TEST(DescribeEvent, FillsInWhatWasReadBeforeTheDetailsBroke)
     EXPECT_NE("", output.text());
 }
 
-TEST(DescribeEvent, TakesAbsentDetailsForAnEmptyText)
+TEST(DescribeEvent, TakesAbsentDetailsForEmptyOnes)
 {
     for (const SharedText& details : {SharedText(), textFromLiteral("")}) {
         const CapturedCout output;
@@ -196,7 +196,7 @@ TEST(DescribeEvent, TakesAbsentDetailsForAnEmptyText)
     }
 }
 
-TEST(DescribeEvent, TakesDetailsThatAreNoObjectForNoVariables)
+TEST(DescribeEvent, TakesDetailsThatAreNotAnObjectForNoVariables)
 {
     for (const char* const details : {"5", "[\"inet_id\"]", "\"inet_id\"", "true"}) {
         const CapturedCout output;

@@ -74,7 +74,7 @@ TEST(LookupReasonExplanation, AnswersFromTheTableThatItIsGiven)
               explain("NONE_VISIBLE", NoServiceCarrierReasons));
 }
 
-TEST(LookupReasonExplanation, KeepsATrailingBlank)
+TEST(LookupReasonExplanation, KeepsATrailingSpace)
 {
     EXPECT_EQ("no carrier(s) found ", explain("NO_CARRIER_FOUND", NoSignalingCarrierReasons));
     EXPECT_EQ("no carrier(s) found", explain("NO_CARRIER_FOUND", NoServiceCarrierReasons));
@@ -108,7 +108,7 @@ TEST(LookupReasonExplanation, ReadsTheNameUpToItsFirstNul)
               explain(Json::Value(std::string("MBB\0X", 5)), BeamSwitchTypes));
 }
 
-TEST(LookupReasonExplanation, ExplainsNoValueThatIsNoString)
+TEST(LookupReasonExplanation, ExplainsNoValueThatIsNotAString)
 {
     Json::Value array;
     array.append("MBB");
@@ -136,7 +136,7 @@ TEST(LookupReasonExplanation, ComparesTheWholeKey)
     EXPECT_EQ(kFailed, explanationFor(""));
 }
 
-TEST(LookupReasonExplanation, FindsNothingInARootThatIsNoObject)
+TEST(LookupReasonExplanation, FindsNothingInARootThatIsNotAnObject)
 {
     Json::Value array;
     array.append("reason");

@@ -60,7 +60,7 @@ TEST(ParseEventLine, IgnoresOtherMembers)
     expectRecord(R"({"Id":1,"extra":[1,{"id":2}],"id":684,"TIME":"x"})", 684, "", "{}");
 }
 
-TEST(ParseEventLine, SkipsWhatCarriesNoEvent)
+TEST(ParseEventLine, SkipsALineWithoutAnEvent)
 {
     for (const char* const line :
          {"", "   ", "no brace", "[1,2]", "{}", "{", "}", "{\"time\":\"t\"}", "{\"id", "{\"id\"",
@@ -70,7 +70,7 @@ TEST(ParseEventLine, SkipsWhatCarriesNoEvent)
     expectNoRecord(std::string(16, '\0'));
 }
 
-TEST(ParseEventLine, IgnoresWhatStandsBeforeTheFirstBrace)
+TEST(ParseEventLine, IgnoresWhatComesBeforeTheFirstBrace)
 {
     expectRecord(R"(Nov 20 modem[12]: "x" {"id":684})", 684, "", "{}");
     expectRecord("\xEF\xBB\xBF{\"id\":684}", 684, "", "{}");
@@ -135,7 +135,7 @@ void expectRecordAndDiagnostic(const std::string& id, std::int32_t code,
     EXPECT_EQ("Tarvik workaround: " + diagnostic + "\n", output.text());
 }
 
-TEST(ParseEventLine, PrintsTheDiagnosticOfAnIdThatIsNoInteger)
+TEST(ParseEventLine, PrintsTheDiagnosticOfAnIdThatIsNotAnInteger)
 {
     expectRecordAndDiagnostic("\"684\"", 0, "Value is not convertible to Int.");
     expectRecordAndDiagnostic("[684]", 0, "Value is not convertible to Int.");
@@ -153,7 +153,7 @@ TEST(ParseEventLine, PrintsTheDiagnosticOfAnIdEvenWhereTheLineBreaksLater)
     EXPECT_EQ("Tarvik workaround: Value is not convertible to Int.\n", output.text());
 }
 
-TEST(ParseEventLine, TakesATimeThatIsNoStringForEmpty)
+TEST(ParseEventLine, TakesATimeThatIsNotAStringForEmpty)
 {
     for (const char* const time : {"5", "5.5", "true", "null", "[\"t\"]", "{\"t\":1}"}) {
         expectRecord(R"({"id":684,"time":)" + std::string(time) + "}", 684, "", "{}");
@@ -166,7 +166,7 @@ TEST(ParseEventLine, KeepsTheBytesOfTheTimeUpToItsFirstNul)
                  "a\xFF\xC3\xA9 \xC3\xA9", "{}");
 }
 
-TEST(ParseEventLine, TakesVariablesThatAreNoObjectForNone)
+TEST(ParseEventLine, TakesVariablesThatAreNotAnObjectForNone)
 {
     for (const char* const variables : {"5", "true", "null", "\"{}\"", "[{\"a\":\"b\"}]"}) {
         expectRecord(R"({"id":684,"vars":)" + std::string(variables) + "}", 684, "", "{}");

@@ -72,14 +72,14 @@ TEST_F(EventLog, KeepsTheFieldsOfEachEvent)
     EXPECT_STREQ("{\"inet_id\":\"7\"}", store.front()->details.characters());
 }
 
-TEST_F(EventLog, LoadsALastLineWithoutALineFeed)
+TEST_F(EventLog, LoadsALastLineWithoutANewline)
 {
     folder_.write("log.0", "{\"id\":1}");
     folder_.write("log", "{\"id\":2}\n{\"id\":3}");
     EXPECT_EQ((Codes{1, 2, 3}), codesOf(loadAllEvents(path_)));
 }
 
-TEST_F(EventLog, SkipsLinesThatCarryNoEventWithoutAWord)
+TEST_F(EventLog, SkipsLinesWithoutAnEventSilently)
 {
     folder_.write("log", "\nnothing\n{}\n{\"id\":1}\r\n{broken\n{\"id\":2,\n\n");
     const CapturedCout output;
@@ -87,7 +87,7 @@ TEST_F(EventLog, SkipsLinesThatCarryNoEventWithoutAWord)
     EXPECT_EQ("", output.text());
 }
 
-TEST_F(EventLog, GoesOnBehindNulBytes)
+TEST_F(EventLog, GoesOnAfterNulBytes)
 {
     folder_.write("log", std::string(100, '\0') + "{\"id\":1}\n" + std::string(5, '\0') + "\n" +
                              "{\"id\":2}\n");

@@ -25,7 +25,7 @@ std::vector<std::string> linesOf(const std::string& path)
             lines.emplace_back(takeFirstLine(next));
         }
     }
-    EXPECT_FALSE(reader.next(next)) << "a line behind the last one";
+    EXPECT_FALSE(reader.next(next)) << "a line after the last one";
     return lines;
 }
 
@@ -46,7 +46,7 @@ TEST_F(LineReaderTest, GivesEachLine)
     EXPECT_EQ((Lines{"one", "", "three\r"}), linesOfText("one\n\nthree\r\n"));
 }
 
-TEST_F(LineReaderTest, NeedsNoLineFeedBehindTheLastLine)
+TEST_F(LineReaderTest, NeedsNoNewlineAfterTheLastLine)
 {
     EXPECT_EQ((Lines{"one", "two"}), linesOfText("one\ntwo"));
 }
@@ -74,8 +74,8 @@ TEST_F(LineReaderTest, GivesNothingForAFolder)
 
 TEST_F(LineReaderTest, JoinsLinesThatLieAcrossBlocks)
 {
-    // Lengths around the size of a block and its multiples, so that the line feed is the last byte
-    // of a block, the first of the next, and everything near.
+    // Lengths around the size of a block and its multiples, so that the newline is the last byte of
+    // a block, the first of the next, and everything near.
     for (const std::size_t block : {65536U, 131072U, 262144U}) {
         for (std::size_t length = block - 3; length <= block + 3; ++length) {
             const std::string first(length, 'a');

@@ -7,7 +7,7 @@
 namespace eventsviewer {
 namespace {
 
-TEST(WholeLinesLength, ReachesToTheLastLineFeed)
+TEST(WholeLinesLength, ReachesToTheLastNewline)
 {
     EXPECT_EQ(0U, wholeLinesLength(""));
     EXPECT_EQ(0U, wholeLinesLength({}));

@@ -14,8 +14,8 @@
 
 namespace {
 
-// What the next reads do, first things first: fail with this number, or read no more than one byte
-// for a 0. Behind these, reading works as ever.
+// What the next reads do, in this order: fail with this error number or, for a 0, read one byte at
+// most. The reads after these work as usual.
 std::vector<int> faults;
 
 } // namespace
@@ -58,7 +58,7 @@ Lines linesOfText(const std::string& text, const std::vector<int>& readFaults)
             lines.emplace_back(takeFirstLine(next));
         }
     }
-    EXPECT_FALSE(reader.next(next)) << "a line behind the last one";
+    EXPECT_FALSE(reader.next(next)) << "a line after the last one";
     EXPECT_TRUE(faults.empty()) << "not read to the last fault";
     return lines;
 }
@@ -73,7 +73,7 @@ TEST(ReadFaults, ShortReadsLoseNothing)
     EXPECT_EQ((Lines{"one", "", "two"}), linesOfText("one\n\ntwo", {0, 0, 0, 0, 0, 0, 0, 0}));
 }
 
-TEST(ReadFaults, AnErrorEndsTheFileBehindTheLineBefore)
+TEST(ReadFaults, AnErrorEndsTheFileAfterTheLineBefore)
 {
     EXPECT_EQ(Lines{"o"}, linesOfText("o\ntwo\nthree\n", {0, 0, 0, EIO}));
 }

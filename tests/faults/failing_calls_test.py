@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the program again and again, each time with another one of its calls failing, and checks
+"""Runs the program many times, each time with a different one of its calls failing, and checks
 that each run ends as outcomes.py allows.
 
 The runs are those of the CLI cases that do nothing but run the program. Without --all only a few

@@ -1,18 +1,18 @@
-"""What may become of a run one of whose calls failed.
+"""How a run may end after one of its calls failed.
 
-Anything else than these is a fault of the program:
+Anything else is a fault of the program:
 
 alloc  The usual output; or an end by SIGABRT before any of the table is printed, with an export
-       that is empty, whole or not made. Two things do without memory and go on: texts of one row
-       read as empty (its variables, its description, its name if the code has none, or the
-       sentence that replaces an explanation), and an export whose stream cannot be made counts as
-       one that cannot be opened.
+       that is empty, whole or not made. In two cases the run goes on without the memory: strings of
+       one row read as empty (its variables, its description, its name if the code has none, or
+       the sentence that replaces an explanation), and an export whose stream cannot be made counts
+       as one that cannot be opened.
 open   A log file that cannot be opened is missing, and an export that cannot be opened ends the
-       action there. Nobody is told.
+       action there. Nothing is reported.
 read   What was interrupted or came in pieces is read on. Where a file cannot be read on, the line
        before is its last, and the next file follows.
-write  What was interrupted or went in pieces is written on, but what the C library's streams do not
-       get out is lost. Nobody is told; an export is then cut off.
+write  What was interrupted or went in pieces is written on, but what the C library's streams
+       cannot write is lost. Nothing is reported; an export is then cut off.
 close  The usual output.
 """
 
@@ -53,7 +53,7 @@ def lacks_one_piece(text, whole):
 
 
 def split_table(text):
-    """The text in front of the rows, and each row as its time, name and detail."""
+    """The text before the rows, and each row as its time, name and detail."""
     start = text.find(b"=" * 80 + b"\n")
     if start < 0:
         return text, []
@@ -89,7 +89,7 @@ def lacks_a_text(text, usual, details_without_variables):
 
 
 class Judge:
-    """Says whether a run of `case` with a failing call went as it may.
+    """Tells whether a run of `case` with a failing call ended as allowed.
 
     `run_with(files)` is a run without a failure on other input files."""
 
@@ -138,7 +138,7 @@ class Judge:
                                  self.details_without_variables))
 
     def changed_inputs(self, name, text, persistent):
-        """The inputs with one log file replaced, and the later ones gone if nothing works on."""
+        """The inputs with one log file replaced; without the later ones if each later call fails."""
         files = dict(self.inputs)
         later = self.log_names[self.log_names.index(name) + 1:] if persistent else []
         for gone in later:

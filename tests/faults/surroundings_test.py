@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the program where its files, pipes and disks are in the way, and checks what comes out.
+"""Runs the program with files, pipes and disks that fail, and checks what comes out.
 
 usage: surroundings_test.py PROGRAM
 """

@@ -1,4 +1,4 @@
-"""Finds links of installed pages that lead nowhere: a file that is not there, or a missing heading."""
+"""Finds broken links of installed pages: to a missing file or a missing heading."""
 
 import re
 
@@ -11,7 +11,7 @@ def anchors(page):
 
 
 def broken_links(folder):
-    """The links that lead nowhere, and how many were followed, in the pages below `folder`."""
+    """The broken links in the pages below `folder`, and how many links there are."""
     broken, followed = [], 0
     for page in sorted(folder.rglob("*.md")):
         for name, anchor in LINK.findall(page.read_text()):

@@ -52,8 +52,8 @@ def main():
         scratch = Path(scratch)
         install = [args.cmake, "--install", args.build]
 
-        # Whoever makes a package installs into a stage, for a prefix that is not there. It also
-        # keeps what is meant for another place away from this machine.
+        # A package is made like this: installed into a stage, for a prefix that does not exist. It
+        # also keeps files for absolute paths off this machine.
         stage = scratch / "stage"
         subprocess.run([*install, "--prefix", "/opt/viewer"], check=True,
                        stdout=subprocess.DEVNULL, env={**os.environ, "DESTDIR": str(stage)})

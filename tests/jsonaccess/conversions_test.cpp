@@ -110,7 +110,7 @@ TEST(AsInt, FlushesItsDiagnostic)
     EXPECT_EQ(1, output.flushes());
 }
 
-TEST(AsCString, GivesTheTextOfAString)
+TEST(AsCString, GivesTheCharactersOfAString)
 {
     const CapturedCout output;
     const Json::Value value = parsed("\"text\"");

@@ -31,7 +31,7 @@ std::vector<Json::Value> valuesWithoutMembers()
             parsed("true"), parsed("[1]"), Json::Value(Json::UInt64{1})};
 }
 
-TEST(Parse, OfAnEmptyTextLeavesNull)
+TEST(Parse, OfEmptyInputLeavesNull)
 {
     const CapturedCout output;
     EXPECT_TRUE(parsed("").isNull());
@@ -74,7 +74,7 @@ TEST(Parse, FlushesItsDiagnosticAndNothingElse)
     EXPECT_EQ(1, output.flushes());
 }
 
-TEST(Parse, ForgetsTheErrorsOfTheTextBefore)
+TEST(Parse, ForgetsTheErrorsOfTheInputBefore)
 {
     const CapturedCout output;
     parsed("/* a comment */ [");
@@ -83,7 +83,7 @@ TEST(Parse, ForgetsTheErrorsOfTheTextBefore)
     EXPECT_EQ(first, output.text());
 }
 
-TEST(Parse, ReadsATextThatNoNulEnds)
+TEST(Parse, ReadsInputThatNoNulEnds)
 {
     EXPECT_EQ("[1]", writeCompact(parsed(std::string_view("[1]]]", 3))));
 }
@@ -126,7 +126,7 @@ TEST(IsMember, ComparesTheWholeKey)
     EXPECT_FALSE(isMember(parsed(R"({"a":1})"), std::string_view("a\0b", 3)));
 }
 
-TEST(IsMember, OfNullIsFalseWithoutAWord)
+TEST(IsMember, OfNullIsFalseSilently)
 {
     const CapturedCout output;
     EXPECT_FALSE(isMember(Json::Value(), "a"));
@@ -151,7 +151,7 @@ TEST(Get, GivesTheMember)
     EXPECT_EQ("", output.text());
 }
 
-TEST(Get, GivesTheEmptyJsonStringWhereThereIsNoMember)
+TEST(Get, GivesTheEmptyJsonStringForAMissingMember)
 {
     const CapturedCout output;
     EXPECT_EQ(Json::Value(""), get(parsed("{}"), "a"));
@@ -218,7 +218,7 @@ TEST(GetMemberNames, ListsTheKeysInByteOrder)
     EXPECT_EQ("", output.text());
 }
 
-TEST(GetMemberNames, OfNullIsEmptyWithoutAWord)
+TEST(GetMemberNames, OfNullIsEmptySilently)
 {
     const CapturedCout output;
     EXPECT_TRUE(getMemberNames(Json::Value()).empty());
@@ -255,7 +255,7 @@ TEST(RemoveMember, TakesTheKeyUpToItsFirstNul)
     EXPECT_EQ(whole ? R"({"a":1})" : R"({"a\u0000b":2})", writeCompact(value));
 }
 
-TEST(RemoveMember, OfNullDoesNothingWithoutAWord)
+TEST(RemoveMember, OfNullDoesNothingSilently)
 {
     const CapturedCout output;
     Json::Value value;

@@ -1,5 +1,5 @@
-// The JSON access as a library would have it whose defaults are all different: whatever the access
-// does not set itself stays wrong.
+// The JSON access with a library whose defaults are all different: a setting that the access does
+// not make itself is wrong here.
 
 #include <json/reader.h>
 #include <json/writer.h>

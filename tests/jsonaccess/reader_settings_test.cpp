@@ -1,4 +1,4 @@
-// Each setting of the reader, noticed by what the text gives and what is printed.
+// Each setting of the reader, as the parsed value and the output show it.
 
 #include "jsonaccess/json_access.h"
 
@@ -15,7 +15,7 @@
 namespace eventsviewer::jsonaccess {
 namespace {
 
-/// Expects that `text` parses without a word to the value that is written as `written`.
+/// Expects that `text` parses silently to the value that is written as `written`.
 void expectParsed(const std::string& text, const std::string& written)
 {
     SCOPED_TRACE(text);
@@ -67,9 +67,9 @@ TEST(ReaderSettings, AllowComments)
 TEST(ReaderSettings, CollectCommentsIntoTheValue)
 {
     Json::Value root;
-    parse("/* before */ {\"a\":1 /* behind */}", root);
+    parse("/* before */ {\"a\":1 /* after */}", root);
     EXPECT_EQ("/* before */", root.getComment(Json::commentBefore));
-    EXPECT_EQ("/* behind */", root["a"].getComment(Json::commentAfterOnSameLine));
+    EXPECT_EQ("/* after */", root["a"].getComment(Json::commentAfterOnSameLine));
 }
 
 TEST(ReaderSettings, AllowAnyValueAsRoot)
@@ -152,13 +152,13 @@ void expectAbort(const std::string& text)
     EXPECT_EQ("", result.standardError);
 }
 
-TEST(Parse, AbortsWithoutAWordAt1001LevelsAndFlushesNothing)
+TEST(Parse, AbortsSilentlyAt1001LevelsAndFlushesNothing)
 {
     expectAbort(nestedArrays(1001));
     expectAbort(nestedObjects(1001));
 }
 
-TEST(Parse, AbortsAlsoWhereTheTextIsBrokenBehindTheLimit)
+TEST(Parse, AbortsAlsoIfTheInputIsBrokenAfterTheLimit)
 {
     expectAbort(std::string(1001, '['));
 }

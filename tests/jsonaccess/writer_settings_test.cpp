@@ -1,4 +1,4 @@
-// Each setting of the writer, noticed by the text it gives.
+// Each setting of the writer, as the output shows it.
 
 #include "jsonaccess/json_access.h"
 
@@ -19,20 +19,20 @@ std::string rewritten(std::string_view text)
     return writeCompact(root);
 }
 
-TEST(WriteCompact, PutsNoBlankBetweenTheTokens)
+TEST(WriteCompact, PutsNoSpaceBetweenTheTokens)
 {
     EXPECT_EQ(
         R"({"a":[1,true,null,"x"],"b":{"c":{},"d":[]}})",
         rewritten(R"( { "a" : [ 1 , true , null , "x" ] , "b" : { "c" : { } , "d" : [ ] } })"));
 }
 
-TEST(WriteCompact, ForgetsTheTextBefore)
+TEST(WriteCompact, ForgetsWhatItWroteBefore)
 {
     EXPECT_EQ(R"({"long":"text"})", rewritten(R"({"long":"text"})"));
     EXPECT_EQ("1", rewritten("1"));
 }
 
-TEST(WriteCompact, PutsNoLineFeedAtTheEnd)
+TEST(WriteCompact, PutsNoNewlineAtTheEnd)
 {
     EXPECT_EQ("{}", rewritten("{}\n"));
 }
@@ -92,7 +92,7 @@ std::string writtenByTheLibrary(const Json::Value& value)
     return Json::writeString(builder, value);
 }
 
-TEST(WriteCompact, WritesPlainTextsAsTheLibraryDoes)
+TEST(WriteCompact, WritesPlainStringsAsTheLibraryDoes)
 {
     Json::Value variables(Json::objectValue);
     EXPECT_EQ("{}", writeCompact(variables));
@@ -103,7 +103,7 @@ TEST(WriteCompact, WritesPlainTextsAsTheLibraryDoes)
     EXPECT_EQ(writtenByTheLibrary(variables), writeCompact(variables));
 }
 
-TEST(WriteCompact, WritesEachByteOfANameOrTextAsTheLibraryDoes)
+TEST(WriteCompact, WritesEachByteOfANameOrStringAsTheLibraryDoes)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const std::string text = {'x', static_cast<char>(byte), 'y'};
@@ -121,7 +121,7 @@ TEST(WriteCompact, WritesEachByteOfANameOrTextAsTheLibraryDoes)
     }
 }
 
-TEST(WriteCompact, WritesATextAmongOtherValuesAsTheLibraryDoes)
+TEST(WriteCompact, WritesAStringAmongOtherValuesAsTheLibraryDoes)
 {
     for (const char* const other : {"null", "1", "1.5", "true", "[]", "{}", "[\"x\"]"}) {
         Json::Value variables;
@@ -130,7 +130,7 @@ TEST(WriteCompact, WritesATextAmongOtherValuesAsTheLibraryDoes)
     }
 }
 
-TEST(WriteCompact, KeepsEachCommentAmongPlainTexts)
+TEST(WriteCompact, KeepsEachCommentAmongPlainStrings)
 {
     for (const char* const text :
          {"/*c*/{\"a\":\"b\"}", "{/*c*/\"a\":\"b\"}", "{\"a\"/*c*/:\"b\"}", "{\"a\":/*c*/\"b\"}",
@@ -149,9 +149,9 @@ TEST(WriteCompact, KeepsComments)
     EXPECT_EQ(R"({/* one */"a":1})", rewritten(R"({"a": /* one */ 1})"));
 }
 
-TEST(WriteCompact, EndsNoLineBehindALineComment)
+TEST(WriteCompact, DoesNotEndTheLineAfterALineComment)
 {
-    // What follows in the text has become part of the comment.
+    // What follows has become part of the comment.
     EXPECT_EQ("{\"a\":1 // one}", rewritten("{\"a\":1 // one\n}"));
 }
 

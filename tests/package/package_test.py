@@ -173,7 +173,7 @@ def check_life(what, scratch, first, following, files, emulator):
         expect(installation.version() == version, f"{what}: {installation.version()} is installed")
     installation.dpkg("--purge", "events-viewer")
     left = [str(path) for path in root.rglob("*")]
-    expect(not left, f"{what}: leaves behind {left}")
+    expect(not left, f"{what}: does not remove {left}")
 
 
 def unpack(archive, root):
@@ -207,7 +207,7 @@ def check_plain_life(scratch, first, following):
     for name in names:
         (root / name).unlink()
     left = files_below(root / "usr/bin") + files_below(real_share)
-    expect(not left, f".tar.gz: leaves behind {left}")
+    expect(not left, f".tar.gz: does not remove {left}")
 
 
 def check_members(package, compression):

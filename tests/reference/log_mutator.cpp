@@ -53,7 +53,7 @@ std::string LogMutator::time()
            '"';
 }
 
-// The members in the writer's order, or another one; with blanks after the punctuation, or without.
+// The members in the writer's order, or another one; with spaces after the punctuation, or without.
 std::string LogMutator::event()
 {
     const std::vector<vocabulary::Description>& descriptions = vocabulary::descriptions();
@@ -121,16 +121,16 @@ void LogMutator::changeId(std::string& line)
     case 0:
         line.replace(key, 4, pick(kIdKeys));
         return;
-    case 1: // a second one behind the first
+    case 1: // a second one after the first
         line.insert(std::min(line.find_last_of('}'), line.size()),
                     ',' + pick(kIdKeys) + ':' + pick(kIdValues));
         return;
     case 2:
-        line.insert(std::min(key + 4 + below(2), line.size()), pick(kBlanks));
-        line.insert(key, pick(kBlanks));
+        line.insert(std::min(key + 4 + below(2), line.size()), pick(kWhitespace));
+        line.insert(key, pick(kWhitespace));
         return;
     case 3: // the number's end
-        line.insert(std::min(line.find_first_of(",}", key), line.size()), pick(kBlanks));
+        line.insert(std::min(line.find_first_of(",}", key), line.size()), pick(kWhitespace));
         return;
     case 4:
         if (value <= line.size()) {
@@ -194,7 +194,7 @@ std::string LogMutator::line()
     while (oneIn(3)) {
         mutate(text);
     }
-    // One line stays one line.
+    // A newline would make two lines of it.
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
 }

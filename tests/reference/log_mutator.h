@@ -18,7 +18,7 @@ class LogMutator {
 public:
     explicit LogMutator(std::uint32_t seed) : random_(seed) {}
 
-    /// A line, without a line feed; about half of the lines are whole.
+    /// A line, without its newline; about half of the lines are whole.
     std::string line();
 
     /// A line whose nesting is about the deepest that can be read, with or without an "id".

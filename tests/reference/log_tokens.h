@@ -1,5 +1,5 @@
-// What the mutator puts into the lines of a log. Most of it is there because the JSON library, or a
-// reader that wants to spare itself the library, treats it unlike its neighbours.
+// What the mutator puts into the lines of a log. Most of it is here because the JSON library, or
+// the fast path that avoids the library, treats it in a way of its own.
 
 #pragma once
 
@@ -12,7 +12,7 @@ using namespace std::string_view_literals;
 
 // clang-format off
 
-/// What may follow "id": numbers inside and outside every limit, and what is no number.
+/// What may follow "id": numbers inside and outside every limit, and what is not a number.
 inline const std::vector<std::string_view> kIdValues = {
     "0", "5", "1228", "001229", "999999999", "1000000000", "0000001229", "12292222222",
     "2147483647", "2147483648", "4294967296", "4294967297", "-1", "-2147483648", "-2147483649",
@@ -23,19 +23,19 @@ inline const std::vector<std::string_view> kIdValues = {
     "{\"id\":5}", "{\"id\":\"x\"}",
 };
 
-/// What may stand in the place of the key "id": other spellings of it, and near misses.
+/// What may replace the key "id": other spellings of it, and near misses.
 inline const std::vector<std::string_view> kIdKeys = {
     "\"id\"", "\"\\u0069d\"", "\"i\\u0064\"", "\"\\u0069\\u0064\"", "\"\\u006\"", "\"\\u00069d\"",
     "\"\\U0069d\"", "\"\\u0069d", "\"id \"", "\"ID\"", "\"Id\"", "id", "'id'", "\"id", "\"id\0\""sv,
     "\"i\\d\"", "\"\\id\"", "\"i\" /**/ \"d\"", "/**/\"id\"", "\"id\"/**/",
 };
 
-/// The library skips only the blanks before \x0b; a missing blank is the usual case.
-inline const std::vector<std::string_view> kBlanks = {
+/// Whitespace; the library does not skip \x0b and \x0c. None is the usual case.
+inline const std::vector<std::string_view> kWhitespace = {
     "", "", "", " ", "  ", "\t", "\r", "\x0b", "\x0c",
 };
 
-/// What may stand in the place of the colon behind a key.
+/// What may replace the colon after a key.
 inline const std::vector<std::string_view> kNoColons = {
     "", " ", "::", "=", ",", ":,", "\0"sv, ":\0"sv, "/**/", ":/**/", "//:",
 };
@@ -59,14 +59,14 @@ inline const std::vector<std::string_view> kTokens = {
     "\"vars\":null,", "\"time\"", "\"time\":5,", "\"a\":null,", "\"\":0,",
 };
 
-/// Texts of variables.
+/// Strings of variables.
 inline const std::vector<std::string_view> kWords = {
     "UNKNOWN", "MBB", "BBM", "OUTAGE", "TIMED_OUT", "NO_UCP", "mbb", " MBB", "", "12", "19850000",
     "3.2.1.0", "deadbeef", "east", "L", "a/b", "%d %s", "x\\ny", "\\\"", "\\/", "\\u0000", "\\u00e9",
     "\\u2028", "\xc3\xa9", "\xff", "\xc0\x80", "e\x7f",
 };
 
-/// What a variable may be instead of a text.
+/// What a variable may be instead of a string.
 inline const std::vector<std::string_view> kOtherValues = {
     "null", "true", "0", "-1.5", "0.1", "1e99", "4294967296", "12345678901234567890", "[]", "{}",
     "{\"a\":null}", "[1,null,\"x\"]", "{\"b\":{\"a\":[{}]}}", "nope", "\"unclosed", "\"/*\"",

@@ -9,10 +9,10 @@
 
 namespace eventsviewer::reference {
 
-// The tool's whole job in the plainest way: every line through a string stream and a reader built
-// for it, every value copied, every table through a string stream. It shares nothing with the
-// program's own source, not even the tables: its words come from the second copy in
-// tests/vocabulary/. The program's output is compared with what comes out here.
+// The program's whole job in the plainest way: every line goes through a string stream and a reader
+// made for it, every value is copied, every table goes through a string stream. Nothing is shared
+// with the program's source, not even the tables: the words come from the second copy in
+// tests/vocabulary/. Tests compare the program's output with the output of this.
 
 /// As recentEventsTable of the program: the table of the newest `count` events, with the same
 /// diagnostics on std::cout on the way.
@@ -32,13 +32,13 @@ struct Event {
     std::string time;
 };
 
-/// The event on `line`, with the diagnostics of reading it; none if the line carries no event.
+/// The event on `line`, with the diagnostics of reading it; null for a line without an event.
 std::unique_ptr<Event> eventOf(const std::string& line);
 
 /// The row of `event`, whose description is `detail`.
 std::string rowOf(const Event& event, std::string detail);
 
-/// What `text` is parsed to, with the diagnostic of a text that breaks.
+/// The value that `text` holds, with the diagnostic of a broken one.
 Json::Value parsed(const std::string& text);
 
 /// As eventNameFor of the program.

@@ -15,13 +15,14 @@ void extract(std::istream& stream, Json::Value& root);
 /// `value` on one line, by a writer made for this call.
 std::string compact(const Json::Value& value);
 
-/// The member `key` of an object, or the empty text; that and a diagnostic for what can have none.
+/// The member `key` of an object, or the empty string. A value that cannot have members gives the
+/// empty string and a diagnostic.
 Json::Value get(const Json::Value& value, const std::string& key);
 
-/// The text of a string; a diagnostic and a null pointer for anything else.
+/// The characters of a string; a diagnostic and a null pointer for anything else.
 const char* asCString(const Json::Value& value);
 
-/// The integer of `value`; a diagnostic and a fallback where it has none of 32 bits.
+/// `value` as an integer of 32 bits; a diagnostic and a fallback if it is none.
 std::int32_t asInt(const Json::Value& value);
 
 } // namespace eventsviewer::reference

@@ -1,6 +1,7 @@
-// reference_test [LINES [SEED]]: generates logs of LINES mutated lines in all and compares, for
-// each log, everything that the program prints for --all and for --show 1, 10 and 100 with what the
-// reference prints. Reports the smallest log that makes a difference, and fails.
+// reference_test [LINES [SEED]]: generates logs of LINES mutated lines in total. For each log it
+// compares everything that the program prints for --all and for --show with 1, 10 and 100 events
+// with what the reference prints. If there is a difference, it prints the smallest log that shows
+// it, and fails.
 
 #include "app/actions.h"
 #include "reference/log_mutator.h"
@@ -29,18 +30,18 @@ constexpr std::size_t kShown[] = {1, 10, 100};
 
 using Table = std::function<std::string()>;
 
-// The two files of a log, each as its lines. The last line of a file may lack its line feed.
+// The two files of a log, each as its lines. The last line of a file may lack its newline.
 struct Log {
     std::vector<std::string> older;
     std::vector<std::string> newer;
-    bool endsWithLineFeed = true;
+    bool endsWithNewline = true;
 };
 
-void writeLines(const std::string& path, const std::vector<std::string>& lines, bool lineFeed)
+void writeLines(const std::string& path, const std::vector<std::string>& lines, bool newline)
 {
     std::ofstream file(path, std::ios::binary);
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        file << lines[i] << (lineFeed || i + 1 < lines.size() ? "\n" : "");
+        file << lines[i] << (newline || i + 1 < lines.size() ? "\n" : "");
     }
 }
 
@@ -54,7 +55,7 @@ std::string outputOf(const Table& table)
     return printed.str() + text;
 }
 
-// The same in a process of its own, which may abort, together with how it ended.
+// The same in a child process, which may abort, together with how it ended.
 std::string outcomeOf(const Table& table, const std::string& outputPath)
 {
     std::fflush(nullptr);
@@ -95,12 +96,12 @@ public:
     {
     }
 
-    /// Whether the program and the reference agree on `log`; a log that may end the process is read
-    /// by processes of their own.
+    /// Whether the program and the reference print the same for `log`. A log that may end the
+    /// process is read by child processes.
     bool agree(const Log& log, bool mayAbort)
     {
-        writeLines(path_ + ".0", log.older, log.endsWithLineFeed);
-        writeLines(path_, log.newer, log.endsWithLineFeed);
+        writeLines(path_ + ".0", log.older, log.endsWithNewline);
+        writeLines(path_, log.newer, log.endsWithNewline);
         action_ = "--all";
         if (!same([this] { return eventsviewer::allEventsTable(path_); },
                   [this] { return reference::allEventsTable(path_); }, mayAbort)) {
@@ -117,7 +118,7 @@ public:
         return true;
     }
 
-    /// Takes lines away as long as the difference stays, and prints what is left.
+    /// Removes lines as long as the difference remains, and prints what is left.
     void reportSmallest(Log log, bool mayAbort)
     {
         for (std::vector<std::string>* lines : {&log.older, &log.newer}) {
@@ -161,7 +162,7 @@ private:
     std::string expected_;
 };
 
-// Logs of a few lines, of some hundreds, and of more bytes than anyone reads at once.
+// Logs of a few lines, of some hundreds, and of more bytes than a block.
 std::size_t logSize(LogMutator& mutator)
 {
     if (mutator.oneIn(100)) {
@@ -173,13 +174,13 @@ std::size_t logSize(LogMutator& mutator)
 Log makeLog(LogMutator& mutator, bool deep)
 {
     Log log;
-    log.endsWithLineFeed = !mutator.oneIn(3);
+    log.endsWithNewline = !mutator.oneIn(3);
     for (std::size_t left = logSize(mutator); left > 0; --left) {
         (mutator.oneIn(3) ? log.older : log.newer).push_back(mutator.line());
     }
     if (deep) {
         std::vector<std::string>& lines = mutator.oneIn(2) ? log.older : log.newer;
-        // cppcheck-suppress mismatchingContainerIterator // one container, whichever it is
+        // cppcheck-suppress mismatchingContainerIterator // both are of the same container
         lines.insert(lines.begin(), mutator.deepLine());
     }
     if (mutator.oneIn(60)) {

@@ -113,7 +113,7 @@ TEST(RenderEventTable, ShowsEveryEventWhateverTheCount)
 
 TEST(RenderEventTable, IsWholeHoweverManyRowsItHas)
 {
-    // Row lengths that no early rows foretell: short ones first, then long ones, then none at all.
+    // Row lengths that the first rows do not predict: short ones, then long ones, then short ones.
     EventStore events;
     std::string expected = "Last 100000 events from t to t:\n\n" + std::string(kColumns);
     for (int i = 0; i < 100'000; ++i) {
@@ -155,7 +155,7 @@ TEST(RenderEventTable, IndentsEachFurtherLineOfADetail)
               rowOf(1227, "t", R"({"delta_time":"1","old_time":"2","new_time":"3"})"));
 }
 
-TEST(RenderEventTable, IndentsTheEmptyLineBehindADetailThatEndsInALineFeed)
+TEST(RenderEventTable, IndentsTheEmptyLineAfterADetailThatEndsInANewline)
 {
     EXPECT_EQ("t                   \033[1;34mMODEM_OUT_OF_NETWORK          \033[0m"
               "This terminal fell out of network.\n"
@@ -178,7 +178,7 @@ TEST(RenderEventTable, NamesAnUnknownCodeByItsNumber)
               rowOf(5, "t"));
 }
 
-TEST(RenderEventTable, CutsNoNameAndSetsNothingBetweenALongOneAndTheDetail)
+TEST(RenderEventTable, DoesNotCutALongNameNorSeparateItFromTheDetail)
 {
     EXPECT_EQ("t                   \033[1;34mUNRECOGNIZED_EVENT_CODE_4294967295\033[0mUnknown\n\n",
               rowOf(-1, "t"));

@@ -51,7 +51,7 @@ TEST_F(LogExport, WritesTheTableAndAppendsNothing)
     EXPECT_EQ("", output.text());
 }
 
-TEST_F(LogExport, OfAMissingLogHoldsOneSentenceWithoutALineFeed)
+TEST_F(LogExport, OfAMissingLogHoldsOneSentenceWithoutANewline)
 {
     saveEventTable(log_, export_);
     EXPECT_EQ("No events to display.", folder_.read("export"));
@@ -90,7 +90,7 @@ TEST_F(LogExport, OntoThePredecessorHoldsTheLogsEventsOnly)
     EXPECT_EQ(kNewerLog, folder_.read("log"));
 }
 
-TEST_F(LogExport, IntoAMissingFolderReadsNoLogAndSaysNothing)
+TEST_F(LogExport, IntoAMissingFolderDoesNotReadTheLogAndPrintsNothing)
 {
     folder_.write("log", "{\"id\":\"a diagnostic if this were read\"}\n");
     const CapturedCout output;

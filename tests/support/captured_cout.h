@@ -8,7 +8,7 @@
 namespace eventsviewer {
 
 /// Keeps what is written to std::cout, and counts its flushes, for as long as this object lives.
-/// Leaves std::cout in the good state.
+/// std::cout is in the good state afterwards.
 class CapturedCout {
 public:
     CapturedCout() : original_(std::cout.rdbuf(&buffer_)) {}

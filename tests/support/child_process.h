@@ -52,7 +52,7 @@ inline std::string withoutEmulatorRemark(const std::string& text)
 } // namespace support
 
 /// Runs `body` in a child process whose standard output and error are files, and so buffered as in
-/// a pipe. What `body` returns becomes the exit status, as from an entry point.
+/// a pipe. What `body` returns becomes the exit status, as if `body` were main.
 template <typename Body> ChildResult runInChild(Body body)
 {
     const support::File output = support::temporaryFile();

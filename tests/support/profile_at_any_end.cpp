@@ -1,5 +1,6 @@
-// Linked into the programs of the coverage build: a process that ends by abort or _exit is to say
-// what it reached, as any other does. The linker leads their calls of _exit here (--wrap).
+// Linked into the programs of the coverage build, so that a process that ends by abort or _exit
+// writes its profile like any other. The linker redirects their calls of _exit to this file
+// (--wrap).
 
 #include <sys/resource.h>
 

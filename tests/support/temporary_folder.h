@@ -9,7 +9,7 @@
 
 namespace eventsviewer {
 
-/// A folder of its own for a test, gone with everything in it when this object goes.
+/// A new folder for a test. The destructor removes it with everything in it.
 class TemporaryFolder {
 public:
     TemporaryFolder()

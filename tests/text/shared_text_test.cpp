@@ -75,10 +75,10 @@ bool objectsAreCounted()
     return counted;
 }
 
-TEST(SharedText, LeavesNothingBehindWithItsLastHandle)
+TEST(SharedText, IsFreedWithItsLastHandle)
 {
     if (!objectsAreCounted()) {
-        GTEST_SKIP() << "valgrind has an operator new of its own, and notices what is left behind";
+        GTEST_SKIP() << "valgrind has an operator new of its own, and reports what is not freed";
     }
     SharedText (*const makers[])() = {[] { return textFromLiteral("copied"); },
                                       [] { return textFromConstant("borrowed"); },
@@ -122,7 +122,7 @@ TEST(SharedText, SurvivesAssignmentOfAHandleThatSharesItsRecord)
     EXPECT_STREQ("shared", text.characters());
 }
 
-TEST(SharedText, MovesWithoutLeavingAShareBehind)
+TEST(SharedText, MovesItsShare)
 {
     SharedText text = textFromLiteral("moved");
     const char* const buffer = text.characters();
@@ -181,7 +181,7 @@ TEST(TextFromLiteral, WithoutMemoryReadsAsTheEmptyText)
     EXPECT_EQ(0U, text.length());
 }
 
-// How often memory is asked for to copy a text of `length` bytes. There is none, so none is copied.
+// How often malloc is called to copy a text of `length` bytes. It fails, so nothing is copied.
 int allocationsForALengthOf(std::size_t length)
 {
     const int before = allocations;
@@ -192,7 +192,7 @@ int allocationsForALengthOf(std::size_t length)
     return allocations - before;
 }
 
-TEST(TextFromLiteral, CopiesNoTextWhoseLengthNeedsMoreThan32Bits)
+TEST(TextFromLiteral, DoesNotCopyATextWhoseLengthNeedsMoreThan32Bits)
 {
     if (SIZE_MAX == UINT32_MAX) {
         GTEST_SKIP() << "no text is that long here";

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-// What the texts under test ask of the C library and the heap, and what these answer.
+// Counts the calls that SharedText makes to the C library and the heap, and changes their results.
 
 namespace eventsviewer {
 
@@ -11,9 +11,9 @@ extern const void* lastFreed;       // until its address is given out again
 extern int objects;                 // made with new and not yet deleted
 extern std::size_t pretendedLength; // what strlen gives, unless 0
 
-extern bool memoryIsExhausted; // then malloc has nothing left
+extern bool memoryIsExhausted; // malloc then fails
 
-/// What `make` makes when malloc has nothing left.
+/// What `make` returns when malloc fails.
 template <typename Make> auto withoutMemory(Make make)
 {
     memoryIsExhausted = true;

@@ -60,7 +60,7 @@ template <typename Row> bool hasHigherCode(const std::vector<Row>& rows, const R
     return rows.empty() || rows.back().code < row.code;
 }
 
-// The rows of a table stand together.
+// The rows of a table follow one another.
 bool isNewReason(const std::vector<Reason>& rows, const Reason& row)
 {
     const bool tableGoesOn = !rows.empty() && rows.back().table == row.table;
