@@ -1,4 +1,4 @@
-// Does nothing: what starting a program with the standard streams costs.
+// Does nothing: what starting a program with the standard streams and JsonCpp costs.
 
 #include <iostream>
 
