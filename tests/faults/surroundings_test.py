@@ -54,7 +54,7 @@ class Surroundings:
         return (self.folder / "export").read_bytes()
 
 
-def a_file_that_may_not_be_read_is_missing(place):
+def a_file_without_permission_to_read_counts_as_missing(place):
     (place.folder / "log").rename(place.folder / "secret.0")
     secret = place.folder / "secret"
     secret.write_bytes(b'{"id":835,"time":"secret"}\n')
@@ -68,7 +68,7 @@ def a_file_that_may_not_be_read_is_missing(place):
     check((done.returncode, done.stdout, done.stderr) == (0, NO_EVENTS, b""), "no events")
 
 
-def an_export_that_may_not_be_written_is_left_as_it_is(place):
+def an_export_without_permission_to_write_is_left_unchanged(place):
     export = place.folder / "export"
     export.write_bytes(b"before")
     export.chmod(0o444)
@@ -87,13 +87,13 @@ def an_export_beyond_the_size_limit_is_cut_off_by_a_signal(place):
     check(place.export() == whole[:5000], "the beginning of the table")
 
 
-def an_export_beyond_the_size_limit_is_cut_off_where_the_signal_is_ignored(place):
+def an_export_beyond_the_size_limit_is_cut_off_if_the_signal_is_ignored(place):
     def limit():
         signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
         resource.setrlimit(resource.RLIMIT_FSIZE, (5000, 5000))
     whole = place.table()[:-1]
     done = place.run("-l", "-i", "log", "-o", "export", preexec_fn=limit)
-    check((done.returncode, done.stderr) == (0, b""), "nobody is told")
+    check((done.returncode, done.stderr) == (0, b""), "nothing is reported")
     check(place.export() == whole[:5000], "the beginning of the table")
 
 
@@ -109,12 +109,12 @@ def an_export_to_a_disk_that_fills_is_cut_off(place):
     done = subprocess.run(command, cwd=place.folder, capture_output=True, timeout=60, check=False)
     if done.returncode == 99 or b"unshare" in done.stderr:
         raise Skipped("a small disk cannot be mounted here")
-    check((done.returncode, done.stderr) == (0, b""), "nobody is told")
+    check((done.returncode, done.stderr) == (0, b""), "nothing is reported")
     check(0 < len(place.export()) < len(whole) and whole.startswith(place.export()),
           "the beginning of the table")
 
 
-def a_closed_pipe_ends_the_run_without_a_word(place):
+def a_closed_pipe_ends_the_run_silently(place):
     for arguments in (["-a", "-i", "log"], ["-h"]):
         reader, writer = os.pipe()
         os.close(reader)
@@ -136,16 +136,16 @@ def a_pipe_that_is_read_for_a_while_gets_the_beginning(place):
     check(whole[:1000] == beginning, "the beginning of the table")
 
 
-def a_log_that_trickles_through_a_pipe_is_read_whole(place):
+def a_log_that_arrives_slowly_through_a_pipe_is_read_whole(place):
     whole = place.table()
     os.mkfifo(place.folder / "pipe")
 
-    def trickle():
+    def write_slowly():
         with open(place.folder / "pipe", "wb", buffering=0) as pipe:
             for at in range(0, len(LOG), 997):
                 pipe.write(LOG[at:at + 997])
                 time.sleep(0.001)
-    writer = threading.Thread(target=trickle)
+    writer = threading.Thread(target=write_slowly)
     writer.start()
     done = place.run("-a", "-i", "pipe")
     writer.join()
@@ -176,14 +176,14 @@ def a_run_without_memory_ends_without_a_table(place):
 
 
 TESTS = [
-    a_file_that_may_not_be_read_is_missing,
-    an_export_that_may_not_be_written_is_left_as_it_is,
+    a_file_without_permission_to_read_counts_as_missing,
+    an_export_without_permission_to_write_is_left_unchanged,
     an_export_beyond_the_size_limit_is_cut_off_by_a_signal,
-    an_export_beyond_the_size_limit_is_cut_off_where_the_signal_is_ignored,
+    an_export_beyond_the_size_limit_is_cut_off_if_the_signal_is_ignored,
     an_export_to_a_disk_that_fills_is_cut_off,
-    a_closed_pipe_ends_the_run_without_a_word,
+    a_closed_pipe_ends_the_run_silently,
     a_pipe_that_is_read_for_a_while_gets_the_beginning,
-    a_log_that_trickles_through_a_pipe_is_read_whole,
+    a_log_that_arrives_slowly_through_a_pipe_is_read_whole,
     a_reader_that_is_stopped_and_continued_reads_on,
     a_run_without_memory_ends_without_a_table,
 ]

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Installs the build into scratch folders and looks at what is there: these files and no other, and
-no page with a link that leads nowhere.
+"""Installs the build into scratch folders and checks that exactly the right files are there, and that
+no page has a broken link.
 
 usage: install_test.py --cmake CMAKE --build BUILD --bindir .. --mandir .. --docdir .. --datadir ..
 

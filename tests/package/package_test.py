@@ -101,7 +101,7 @@ def check_binary(what, root):
 
 
 def check_archive(what, data):
-    """The members of a tar archive are root's and of one date; there are some."""
+    """The members of a tar archive belong to root and have one date; the archive is not empty."""
     with tarfile.open(fileobj=io.BytesIO(data)) as archive:
         members = archive.getmembers()
     expect(members, f"{what}: empty")
@@ -114,7 +114,7 @@ def check_archive(what, data):
 
 def check_licences(root):
     doc = root / DOC
-    expect((doc / "LICENSE").read_bytes() == (ROOT / "LICENSE").read_bytes(), "our licence differs")
+    expect((doc / "LICENSE").read_bytes() == (ROOT / "LICENSE").read_bytes(), "the licence differs")
     text = " ".join((doc / "LICENSE.jsoncpp").read_text().split())
     for part in ("Copyright (c) 2007-2010 Baptiste Lepilleur",
                  "Permission is hereby granted, free of charge, to any person",
@@ -190,7 +190,7 @@ def unpack(archive, root):
 
 
 def check_plain_life(scratch, first, following):
-    """Unpacks the archive, unpacks the next one in its place, removes what that one lists."""
+    """Unpacks the archive, unpacks the next one over it, and removes what the latter lists."""
     root = scratch / "root"
     root.mkdir()
     real_share = scratch / "elsewhere"
