@@ -26,8 +26,8 @@ EXPECTED_EVENTS = (Path(__file__).parent / "last_3_events").read_bytes()
 EMULATOR = ["qemu-ppc", "-L", "/usr/powerpc-linux-gnu"]
 
 # What the packages need, by the Debian release that they are made on.
-JSONCPP, GLIBC = {"12": ("libjsoncpp25", "2.34"), "13": ("libjsoncpp26", "2.38")}[
-    platform.freedesktop_os_release()["VERSION_ID"]]
+DEBIAN = platform.freedesktop_os_release()["VERSION_ID"]
+JSONCPP, GLIBC = {"12": ("libjsoncpp25", "2.34"), "13": ("libjsoncpp26", "2.38")}[DEBIAN]
 
 PROGRAM = "usr/bin/events-viewer"
 DOC = "usr/share/doc/events-viewer"
@@ -146,6 +146,16 @@ def check_pc_dependencies(package):
            f"the .deb depends on {depends}")
 
 
+def check_jsoncpp_of_page():
+    """The board's packages contain what scripts/build-jsoncpp built; the .deb uses the system's."""
+    built = (ROOT / "build/deps/powerpc/include/json/version.h").read_text()
+    release = built.split("#define JSONCPP_VERSION_STRING ")[1].split('"')[1]
+    system = output_of("dpkg-query", "-W", "-f", "${Version}", "libjsoncpp-dev", text=True)
+    expect(system.split("-")[0] == release, f"JsonCpp {release} was built, {system} is installed")
+    row = f"| Debian {DEBIAN} | {release} |"
+    expect(row in (ROOT / "doc/log-format.md").read_text(), f"doc/log-format.md lacks the row {row}")
+
+
 class Installation:
     """A scratch root with a package manager of its own. dpkg reads an .ipk too."""
 
@@ -257,6 +267,7 @@ def main():
         check_licences(board_root)
         check_board_dependencies(ipk, board_root)
         check_pc_dependencies(deb)
+        check_jsoncpp_of_page()
         check_members(ipk, "gz")
         check_members(deb, "xz")
         check_archive(".tar.gz", plain.read_bytes())
