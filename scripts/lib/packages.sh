@@ -36,6 +36,13 @@ require_tools() {
     fi
 }
 
+# require_for_tests PACKAGE...: the packages, and what the suite runs: the pages' shells and tools too.
+require_for_tests() {
+    require_packages cmake ninja-build libgtest-dev python3 \
+        bash zsh fish busybox jq less man-db mandoc parallel "$@"
+    require_tools cmake ctest ninja python3 bash zsh fish busybox jq less man mandoc parallel
+}
+
 is_package_installed() {
     dpkg-query -W -f '${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
 }
