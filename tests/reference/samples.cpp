@@ -24,21 +24,6 @@ std::string lowerCase(std::string text)
     return text;
 }
 
-/// The value of `reason`, which is its place in its table.
-std::string valueOf(const vocabulary::Reason& reason)
-{
-    int value = 0;
-    for (const vocabulary::Reason& other : vocabulary::reasons()) {
-        if (other.table == reason.table) {
-            if (other.name == reason.name) {
-                break;
-            }
-            ++value;
-        }
-    }
-    return std::to_string(value);
-}
-
 std::string usualValue(const vocabulary::Slot& slot)
 {
     for (const vocabulary::Reason& reason : vocabulary::reasons()) {
@@ -130,14 +115,8 @@ std::vector<Sample> everyReason()
 std::vector<std::string> namesLike(const vocabulary::Reason& reason)
 {
     const std::string& name = reason.name;
-    return {lowerCase(name),
-            name.substr(1),
-            name.substr(0, name.size() - 1),
-            name + "X",
-            " " + name,
-            name + " ",
-            valueOf(reason),
-            "",
+    return {lowerCase(name),   name.substr(1), name.substr(0, name.size() - 1), name + "X",
+            " " + name,        name + " ",     std::to_string(valueOf(reason)), "",
             reason.explanation};
 }
 

@@ -115,6 +115,16 @@ const std::vector<Description>& descriptions()
     return rows;
 }
 
+std::ptrdiff_t valueOf(const Reason& reason)
+{
+    const std::vector<Reason>& rows = reasons();
+    const auto isOfTable = [&](const Reason& other) { return other.table == reason.table; };
+    const auto first = std::find_if(rows.begin(), rows.end(), isOfTable);
+    return std::find_if(first, rows.end(),
+                        [&](const Reason& other) { return other.name == reason.name; }) -
+           first;
+}
+
 std::string asRow(const EventName& event)
 {
     return std::to_string(event.code) + ' ' + event.name;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -43,6 +44,9 @@ constexpr const char* kDescriptionsFile = "tests/vocabulary/descriptions.txt";
 const std::vector<EventName>& eventNames();
 const std::vector<Reason>& reasons();
 const std::vector<Description>& descriptions();
+
+/// The value of `reason`, which is its place in its table.
+std::ptrdiff_t valueOf(const Reason& reason);
 
 /// The row as its file has it.
 std::string asRow(const EventName& event);

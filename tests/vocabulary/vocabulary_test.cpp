@@ -45,14 +45,7 @@ std::string asSource(const vocabulary::EventName& event)
 
 std::string asSource(const vocabulary::Reason& reason)
 {
-    int value = 0; // the place in the table
-    for (const vocabulary::Reason& other : vocabulary::reasons()) {
-        if (other.table == reason.table && other.name == reason.name) {
-            break;
-        }
-        value += other.table == reason.table ? 1 : 0;
-    }
-    return "    { " + std::to_string(value) + ", " + quoted(reason.name) + ", " +
+    return "    { " + std::to_string(valueOf(reason)) + ", " + quoted(reason.name) + ", " +
            quoted(reason.explanation) + "},";
 }
 
