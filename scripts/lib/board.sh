@@ -3,9 +3,9 @@
 
 board_sysroot=/usr/powerpc-linux-gnu
 
-# board_require PACKAGE...: makes sure of the packages and of all that a build for the board takes.
+# board_require PACKAGE...: installs these packages and all that a build for the board needs.
 board_require() {
-    step 'Making sure of a cross compiler, CMake, Ninja and an emulator'
+    step 'Checking for a cross compiler, CMake, Ninja and an emulator'
     require_packages cmake ninja-build g++-powerpc-linux-gnu qemu-user "$@"
     require_tools cmake ninja powerpc-linux-gnu-g++ qemu-ppc
 }
@@ -26,17 +26,17 @@ board_run() {
     qemu-ppc -L "$board_sysroot" build/powerpc/events-viewer "$@"
 }
 
-# Shows the board's program at work on the sample log.
+# Runs the board's program on the sample log.
 board_demo() {
     board_require
     board_build powerpc -DBUILD_TESTING=OFF
-    step 'The last ten events of the sample log, by the program for the board in an emulator'
+    step 'The last ten events of the sample log, printed by the program for the board'
     board_run --show --input_file examples/events_report
     step 'The program for the board'
     echo build/powerpc/events-viewer
 }
 
-# Runs every test as the board would.
+# Runs every test that the board can run.
 board_test() {
     board_require googletest python3
     require_tools ctest python3

@@ -1,10 +1,10 @@
-"""Compares what the tests leave unreached with the list of exceptions.
+"""Compares what the tests do not reach with the list of exceptions.
 
-Reads the export of llvm-cov and the list; prints each gap that the list does not have and each
-exception that is no gap any more, and fails if there is one. Otherwise prints the exceptions.
+Reads the export of llvm-cov and the list. Prints each gap that the list does not have and each
+exception that is no longer a gap, and fails if there are any. Otherwise prints the exceptions.
 
-An exception is a paragraph: the file and the kind of gap; the line of code, as it stands there; the
-reason. Kinds of gap:
+An exception is a paragraph of three parts: the file and the kind of gap, the line of code, the reason.
+Kinds of gap:
 
   never run           the code that begins on the line
   never true          a condition

@@ -1,9 +1,9 @@
 # shellcheck shell=sh
 # Needs steps.sh.
 
-# require_packages PACKAGE...: installs those of the Debian packages that are missing, without a
-# question. Where it cannot install it names them and succeeds all the same: other systems have the
-# same tools under other package names. require_tools finds out.
+# require_packages PACKAGE...: installs the Debian packages that are missing, without asking. If it
+# cannot install, it lists them and succeeds: other systems have the same tools under other package
+# names. require_tools finds out.
 require_packages() {
     packages_missing=
     for package in "$@"; do
@@ -14,17 +14,17 @@ require_packages() {
     fi
 
     if ! command -v apt-get >/dev/null; then
-        echo "There is no apt-get here. Needed are, by their Debian names: $*"
+        echo "There is no apt-get here. These Debian packages, or what replaces them, are needed: $*"
     elif [ "$(id -u)" -eq 0 ]; then
         install_packages env
     elif command -v sudo >/dev/null; then
         install_packages sudo env
     else
-        echo "Installing takes root or sudo. Missing Debian packages:$packages_missing"
+        echo "Installing needs root or sudo. Missing Debian packages:$packages_missing"
     fi
 }
 
-# require_tools TOOL...: fails and names those of the commands that are not to be found.
+# require_tools TOOL...: fails and lists the commands that are missing.
 require_tools() {
     tools_missing=
     for tool in "$@"; do
@@ -36,7 +36,8 @@ require_tools() {
     fi
 }
 
-# require_for_tests PACKAGE...: the packages, and what the suite runs: the pages' shells and tools too.
+# require_for_tests PACKAGE...: installs these packages and all that the suite needs, with the shells and
+# tools in the pages' examples.
 require_for_tests() {
     require_packages cmake ninja-build libgtest-dev python3 \
         bash zsh fish busybox jq less man-db mandoc parallel "$@"
@@ -47,10 +48,10 @@ is_package_installed() {
     dpkg-query -W -f '${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
 }
 
-# install_packages PREFIX...: installs $packages_missing with apt-get behind PREFIX.
+# install_packages PREFIX...: installs $packages_missing by the command PREFIX... apt-get.
 install_packages() {
     echo "Installing with apt-get:$packages_missing"
-    # A machine just started may still be busy with updates of its own: wait for their lock.
+    # After a machine has started it may still be updating itself: wait for the lock.
     set -- "$@" DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300
     quietly "$@" update || return
     # shellcheck disable=SC2086 # a list of names

@@ -1,6 +1,6 @@
 # shellcheck shell=sh
 
-# step TEXT: says what comes next.
+# step TEXT: prints what the script does next.
 step() {
     printf '\n== %s\n' "$*"
 }

@@ -1,4 +1,4 @@
-"""Draws what a terminal shows as an SVG: characters in a grid, with the colours that are asked for.
+"""Draws a terminal's screen as an SVG: characters in a grid, in the colours that the text asks for.
 
 Every piece of text is stretched to its columns, so that the picture is the same with any
 monospaced font.

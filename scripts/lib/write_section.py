@@ -1,8 +1,8 @@
-"""Replaces a section of a page by what stands on standard input.
+"""Replaces a section of a page with standard input.
 
 Usage: write_section.py PAGE NAME
 
-The section is what stands between the lines "<!-- NAME -->" and "<!-- end of NAME -->".
+The section is between the lines "<!-- NAME -->" and "<!-- end of NAME -->".
 """
 
 import sys
