@@ -69,6 +69,16 @@ bool isNewReason(const std::vector<Reason>& rows, const Reason& row)
     });
 }
 
+EventName toEventName(const std::smatch& fields)
+{
+    return {std::stoi(fields[1]), fields[2]};
+}
+
+Reason toReason(const std::smatch& fields)
+{
+    return {fields[1], fields[2], fields[3]};
+}
+
 Description toDescription(const std::smatch& fields)
 {
     Description description = {std::stoi(fields[1]), {}, {}};
@@ -88,23 +98,14 @@ Description toDescription(const std::smatch& fields)
 
 const std::vector<EventName>& eventNames()
 {
-    static const auto rows = readRows<EventName>(
-        kEventNamesFile, kEventNameRow,
-        [](const std::smatch& fields) {
-            return EventName{std::stoi(fields[1]), fields[2]};
-        },
-        hasHigherCode<EventName>);
+    static const auto rows =
+        readRows<EventName>(kEventNamesFile, kEventNameRow, toEventName, hasHigherCode<EventName>);
     return rows;
 }
 
 const std::vector<Reason>& reasons()
 {
-    static const auto rows = readRows<Reason>(
-        kReasonsFile, kReasonRow,
-        [](const std::smatch& fields) {
-            return Reason{fields[1], fields[2], fields[3]};
-        },
-        isNewReason);
+    static const auto rows = readRows<Reason>(kReasonsFile, kReasonRow, toReason, isNewReason);
     return rows;
 }
 
