@@ -15,7 +15,7 @@ bool libraryGoesBeyondTheEnd = false;
 
 } // namespace
 
-// The linker leads the program's own calls of getopt_long here (--wrap). NOLINTBEGIN
+// The linker redirects the program's own calls of getopt_long to here (--wrap). NOLINTBEGIN
 extern "C" {
 
 int __real_getopt_long(int argc, char* const* argv, const char* letters, const option* names,

@@ -20,7 +20,7 @@ std::vector<int> faults;
 
 } // namespace
 
-// The linker leads the program's own calls of read here (--wrap). NOLINTBEGIN
+// The linker redirects the program's own calls of read to here (--wrap). NOLINTBEGIN
 extern "C" {
 
 ssize_t __real_read(int descriptor, void* buffer, std::size_t size);

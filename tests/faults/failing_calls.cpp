@@ -165,7 +165,7 @@ long closeFile(long descriptor)
         const File* const file = fileOf(descriptor);
         noteFailure(file != nullptr ? file->path : "", 0);
     }
-    // The descriptor is gone whatever close says.
+    // The descriptor is closed whatever close returns.
     const long result = call(SYS_close, descriptor, 0, 0, 0);
     return failing ? -failingError : result;
 }

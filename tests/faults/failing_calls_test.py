@@ -139,7 +139,7 @@ def faults(calls, kinds, limit):
         for error in ERRORS[kind]:
             for mode in ("once", "on"):
                 if error == errno.EINTR and mode == "on" and kind in ("read", "write"):
-                    continue  # would be tried again for ever
+                    continue  # would be tried again forever
                 for number in numbers(calls[kind], limit):
                     yield kind, number, error, mode
 
@@ -207,7 +207,7 @@ def main():
         jobs = [pool.submit(check_case, runner, case, KINDS, limit, bare_details) for case in cases]
         jobs.append(pool.submit(check_case, runner, large_case(), ("open", "read", "close"),
                                 limit, bare_details))
-        # Only texts with escapes are written through a stream, which swallows exceptions.
+        # Only strings with escapes are written through a stream, which swallows exceptions.
         for case in (long_variables_case("long variables", ""),
                      long_variables_case("long variables with escapes", r"\t")):
             jobs.append(pool.submit(check_case, runner, case, ("alloc",), None, bare_details))

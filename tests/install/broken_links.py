@@ -2,7 +2,7 @@
 
 import re
 
-LINK = re.compile(r"\]\(([^)#:]*)(?:#([^)]*))?\)")  # one with a scheme leads out of the folder
+LINK = re.compile(r"\]\(([^)#:]*)(?:#([^)]*))?\)")  # a link with a scheme is not to a file
 
 
 def anchors(page):
@@ -18,5 +18,5 @@ def broken_links(folder):
             target = page.parent / name if name else page
             followed += 1
             if not target.is_file() or anchor and anchor not in anchors(target.read_text()):
-                broken.append(f"{page.relative_to(folder)}: {name}#{anchor} leads nowhere")
+                broken.append(f"{page.relative_to(folder)}: {name}#{anchor} is broken")
     return broken, followed

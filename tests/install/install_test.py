@@ -73,7 +73,7 @@ def main():
         wrong += broken if links else ["no link found"]
     if wrong:
         sys.exit("\n".join(wrong))
-    print(f"{len(expected)} files are installed, {links} links in them lead somewhere")
+    print(f"{len(expected)} files are installed, none of {links} links is broken")
 
 
 main()

@@ -235,7 +235,7 @@ def check_members(package, compression):
         if member.startswith("data"):
             check_archive(f"{package.name}, {member}", data)
         if compression == "gz":
-            expect(data[4:8] == b"\0\0\0\0", f"{package.name}, {member}: gzip tells a date")
+            expect(data[4:8] == b"\0\0\0\0", f"{package.name}, {member}: gzip stores a date")
 
 
 def unpacked(package, folder):

@@ -15,7 +15,8 @@ bool memoryIsExhausted = false;
 
 using namespace eventsviewer;
 
-// The linker leads the program's own calls of malloc, free and strlen here (--wrap). NOLINTBEGIN
+// The linker redirects the program's own calls of malloc, free and strlen to here (--wrap).
+// NOLINTBEGIN
 extern "C" {
 
 void* __real_malloc(std::size_t size);
