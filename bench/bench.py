@@ -2,6 +2,7 @@
 builds what it needs. BUILD is the build folder of the programs to measure, TOOLS that of the programs
 to measure with (the same but for the board)."""
 import argparse
+import json
 import os
 import subprocess
 import sys
@@ -55,21 +56,31 @@ class Bench:
     def floor(self, log):
         return [f"{self.build}/bench/floor", log]
 
-    def instruction_gates(self, counter):
-        """The instruction counts on a log of 20,000 lines and on an empty one."""
+    def instruction_gates(self, counter, limits):
+        """The instruction counts on logs of 20,000 lines and on an empty one."""
         log = self.log(FEW)
         floor = counter.count(self.floor(log))
+        def all_of(style):
+            return counter.count(self.viewer("--all", self.log(FEW, style)))
+        def against_floor(style):
+            return all_of(style) / counter.count(self.floor(self.log(FEW, style)))
         show = counter.count(self.viewer("--show", log))
         spaced = counter.count(self.viewer("--show", self.log(FEW, "spaced")))
         last = counter.count(self.viewer("--show", self.log(FEW, "id-last")))
         damaged = counter.count(self.viewer("--show", self.log(FEW, "compact", 5)))
         started = counter.count(self.viewer("--show", self.log(0)))
         nothing = counter.count([f"{self.build}/bench/startup"])
-        every = counter.count(self.viewer("--all", log))
+        every = all_of("compact")
 
         self.add("Instructions of JsonCpp alone", floor, None, "M")
-        self.add("`--all` against JsonCpp alone, instructions", every / floor, 2.2)
-        self.add("`--show` against JsonCpp alone, instructions", show / floor, 0.04)
+        self.add("`--all` against JsonCpp alone, instructions", every / floor, limits["all"])
+        self.add("`--all` on a log with spaces against one without, instructions",
+                 all_of("spaced") / every, 1.05)
+        self.add("`--all` against JsonCpp alone, a character in each line that is not ASCII, "
+                 "instructions", against_floor("not-ascii"), limits["not-ascii"])
+        self.add("`--all` against JsonCpp alone, a real number in each line, instructions",
+                 against_floor("reals"), limits["reals"])
+        self.add("`--show` against JsonCpp alone, instructions", show / floor, limits["show"])
         self.add("`--show` on a log with spaces against one without, instructions", spaced / show,
                  1.3)
         self.add('`--show` on a log whose "id" comes last against JsonCpp alone, instructions',
@@ -78,6 +89,15 @@ class Bench:
                  damaged / show)
         self.add("Start to exit on an empty log, instructions minus those of an empty program with the"
                  " same libraries", started - nothing, 0.3e6, "M")
+
+    def comparing_gates(self, counter):
+        """The instruction counts beside those of other programs that make the table."""
+        log = self.log(FEW)
+        self.add("`--all` against the plainest program, instructions",
+                 counter.count(self.viewer("--all", log)) / counter.count(self.literal(log)), 0.052)
+        log = self.log(FEW, "realistic", 10)
+        self.add("`--all` against mawk, realistic log, instructions",
+                 counter.count(self.viewer("--all", log)) / counter.count(self.mawk(log)), 1)
 
     def scaling_gates(self, counter):
         """What must not grow with the log, or only as the log does."""
@@ -92,14 +112,45 @@ class Bench:
         self.add("`--show`, memory on 1,000,000 lines minus that on 20,000",
                  measure.peak_bytes(self.viewer("--show", most))
                  - measure.peak_bytes(self.viewer("--show", few)), 0.3e6, "MB")
-        self.add("`--all`, memory on 1,000,000 lines against the size of the log",
-                 measure.peak_bytes(self.viewer("--all", most)) / os.path.getsize(most), 2.5)
+        for style, damaged, limit in ("compact", 0, 1.78), ("realistic", 10, 1.58):
+            most = self.log(MOST, style, damaged)
+            self.add(f"`--all`, memory on 1,000,000 lines against the size of the log, {style}",
+                     measure.peak_bytes(self.viewer("--all", most)) / os.path.getsize(most), limit)
+
+    def literal(self, log):
+        return [f"{self.build}/bench/literal", log]
+
+    def mawk(self, log):
+        return ["/usr/bin/mawk", "-f", f"{SOURCE}/bench/peers/events.awk",
+                self.tables_of_columns(), log]
+
+    def tables(self):
+        """The path of the program's tables as JSON."""
+        path = os.path.join(self.scratch, "tables.json")
+        if not os.path.exists(path):
+            with open(path, "wb") as file:
+                subprocess.run([f"{self.tools}/dump_tables"], stdout=file, check=True)
+        return path
+
+    def tables_of_columns(self):
+        """The path of the same as the columns that events.awk reads."""
+        path = os.path.join(self.scratch, "tables.txt")
+        with open(self.tables(), encoding="utf-8") as file:
+            tables = json.load(file)
+        rows = [("name", *row) for row in tables["names"].items()]
+        for code, description in tables["descriptions"].items():
+            rows.append(("text", code, description["text"].replace("\n", "\\n")))
+            for number, slot in enumerate(description["slots"], 1):
+                reasons = slot.get("reasons", {})
+                rows.append(("slot", code, str(number), slot["key"], str(int(bool(reasons)))))
+                rows += [("reason", code, str(number), *row) for row in reasons.items()]
+        with open(path, "w", encoding="utf-8") as file:
+            file.writelines("\t".join(row) + "\n" for row in rows)
+        return path
 
     def peers(self):
         """Every command of the chart: a name and what makes its command line for a log."""
-        tables = os.path.join(self.scratch, "tables.json")
-        with open(tables, "wb") as file:
-            subprocess.run([f"{self.tools}/dump_tables"], stdout=file, check=True)
+        tables = self.tables()
         folder = f"{SOURCE}/bench/peers"
         python = ["/usr/bin/python3", f"{folder}/events.py", tables]
         jq = ["/usr/bin/jq", "--null-input", "--raw-input", "--raw-output", "--slurpfile", "tables",
@@ -108,6 +159,7 @@ class Bench:
             "events-viewer --all": lambda log: self.viewer("--all", log),
             "events-viewer --show": lambda log: self.viewer("--show", log),
             "JsonCpp alone": self.floor,
+            "mawk, all events": self.mawk,
             "jq, all events": lambda log: [*jq, log],
             "Python, all events": lambda log: [*python, log],
             "Python, last 10 events": lambda log: [*python, log, "10"],
@@ -121,6 +173,7 @@ class Bench:
             return subprocess.run(peers[name](log), stdout=subprocess.PIPE, check=True).stdout
         for ours, theirs in (("events-viewer --all", "jq, all events"),
                              ("events-viewer --all", "Python, all events"),
+                             ("events-viewer --all", "mawk, all events"),
                              ("events-viewer --show", "Python, last 10 events")):
             if table(ours) != table(theirs):
                 raise RuntimeError(f"{theirs}: not the table of {ours}")
@@ -141,16 +194,20 @@ class Bench:
         at_many = {name: points[MANY] for name, points in series.items()}
         self.add("`--show` against `wc -l`, CPU, 200,000 lines",
                  at_many["events-viewer --show"] / at_many["wc -l"], 4)
-        for name in "jq, all events", "Python, all events":
+        for name in "mawk, all events", "jq, all events", "Python, all events":
             self.add(f"`--all` against {name}, CPU, 200,000 lines",
                      at_many["events-viewer --all"] / at_many[name])
+        log = self.log(MANY, "realistic", 10)
+        self.add("`--all` against mawk, realistic log, CPU, 200,000 lines",
+                 measure.cpu_seconds(self.viewer("--all", log), 10)
+                 / measure.cpu_seconds(self.mawk(log), 10), 1)
         return series
 
 
 def versions():
     return ", ".join(subprocess.run([tool, "--version"], stdout=subprocess.PIPE, text=True,
                                     check=True).stdout.splitlines()[0]
-                     for tool in ("/usr/bin/jq", "/usr/bin/python3", "/usr/bin/wc"))
+                     for tool in ("/usr/bin/mawk", "/usr/bin/jq", "/usr/bin/python3", "/usr/bin/wc"))
 
 
 def main():
@@ -165,10 +222,12 @@ def main():
     plugin = f"{given.tools}/bench/libcount_instructions.so"
 
     if given.board:
-        bench.instruction_gates(
-            measure.Emulator(given.board.split(), plugin, given.scratch))
+        bench.instruction_gates(measure.Emulator(given.board.split(), plugin, given.scratch),
+                                {"all": 0.62, "not-ascii": 2.84, "reals": 2.82, "show": 0.0397})
     else:
-        bench.instruction_gates(measure.Callgrind())
+        bench.instruction_gates(measure.Callgrind(), {"all": 0.45, "not-ascii": 2.6, "reals": 2.65,
+                                                      "show": 0.0337})
+        bench.comparing_gates(measure.Callgrind())
         if not given.gates:
             bench.scaling_gates(measure.Emulator(["qemu-x86_64"], plugin, given.scratch))
             series = bench.cpu_series()

@@ -37,18 +37,8 @@ private:
 
 const std::string& logPath(Style style)
 {
-    static const LogFile compact(Style::compact);
-    static const LogFile spaced(Style::spaced);
-    static const LogFile idLast(Style::idLast);
-    switch (style) {
-    case Style::compact:
-        return compact.path();
-    case Style::spaced:
-        return spaced.path();
-    case Style::idLast:
-        break;
-    }
-    return idLast.path();
+    static std::map<Style, LogFile> files;
+    return files.try_emplace(style, style).first->second.path();
 }
 
 void countLines(benchmark::State& state, std::size_t linesEach)
@@ -90,12 +80,12 @@ void loadRecent(benchmark::State& state, Style style)
     countLines(state, kLines);
 }
 
-BENCHMARK_CAPTURE(parseLine, compact, Style::compact);
-BENCHMARK_CAPTURE(parseLine, spaced, Style::spaced);
-BENCHMARK_CAPTURE(loadAll, compact, Style::compact)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(loadRecent, compact, Style::compact)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(loadRecent, spaced, Style::spaced)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(loadRecent, id_last, Style::idLast)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(parseLine, compact, Style::Compact);
+BENCHMARK_CAPTURE(parseLine, spaced, Style::Spaced);
+BENCHMARK_CAPTURE(loadAll, compact, Style::Compact)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(loadRecent, compact, Style::Compact)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(loadRecent, spaced, Style::Spaced)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(loadRecent, id_last, Style::IdLast)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -1,5 +1,5 @@
-// generate_log LINES [STYLE [DAMAGED [SEED]]]: writes a log to standard output. STYLE is compact,
-// spaced or id-last, DAMAGED the number of damaged lines in a thousand.
+// generate_log LINES [STYLE [DAMAGED [SEED]]]: writes a log to standard output. STYLE is one of
+// those that styleNamed knows, DAMAGED the number of damaged lines in a thousand.
 
 #include "log_generator.h"
 
@@ -12,7 +12,7 @@ int main(int argc, char** argv)
 
     const auto style = styleNamed(argc > 2 ? argv[2] : "compact");
     if (argc < 2 || !style.has_value()) {
-        std::cerr << "usage: generate_log LINES [compact|spaced|id-last [DAMAGED [SEED]]]\n";
+        std::cerr << "usage: generate_log LINES [STYLE [DAMAGED [SEED]]]\n";
         return 2;
     }
     const auto number = [&](int index, unsigned long fallback) {

@@ -1,9 +1,12 @@
 #include "log_generator.h"
 
+#include "catalog/event_name_table.h"
+#include "catalog/find_code.h"
 #include "describe/description_catalog.h"
 
 #include <cstdio>
 #include <iterator>
+#include <utility>
 
 namespace eventsviewer::bench {
 
@@ -18,14 +21,14 @@ bool endsWith(std::string_view text, std::string_view end)
 
 std::optional<Style> styleNamed(std::string_view name)
 {
-    if (name == "compact") {
-        return Style::compact;
-    }
-    if (name == "spaced") {
-        return Style::spaced;
-    }
-    if (name == "id-last") {
-        return Style::idLast;
+    constexpr std::pair<std::string_view, Style> kStyles[] = {
+        {"compact", Style::Compact},     {"spaced", Style::Spaced},      {"id-last", Style::IdLast},
+        {"realistic", Style::Realistic}, {"not-ascii", Style::NotAscii}, {"reals", Style::Reals},
+    };
+    for (const auto& [styleName, style] : kStyles) {
+        if (styleName == name) {
+            return style;
+        }
     }
     return std::nullopt;
 }
@@ -92,17 +95,13 @@ const Description& LogGenerator::described()
     const Description* event = nullptr;
     do {
         event = &DescriptionCatalog[below(std::size(DescriptionCatalog))];
-    } while (event->slots.count == 0 && below(3) != 0);
+    } while (event->slots.size() == 0 && below(3) != 0);
     return *event;
 }
 
-std::string LogGenerator::line()
+std::string LogGenerator::variablesOf(const Description& event, const std::string& colon,
+                                      const std::string& comma)
 {
-    seconds_ += below(60);
-    const Description& event = described();
-    const std::string colon = style_ == Style::spaced ? "\": " : "\":";
-    const std::string comma = style_ == Style::spaced ? ", " : ",";
-
     std::string variables;
     for (const Slot& slot : event.slots) {
         variables += (variables.empty() ? "\"" : comma + '"') + slot.key + colon + '"';
@@ -114,11 +113,47 @@ std::string LogGenerator::line()
         }
         variables += '"';
     }
-    const std::string id = "\"id" + colon + std::to_string(event.code);
+    return variables;
+}
+
+// The variables of an event that has no description.
+std::string LogGenerator::variablesOfOthers()
+{
+    std::string variables = "\"terminal_name\":\"terminal " + digits(4) + '"';
+    for (const char* const key : {"inet_id", "beam_id", "lat", "lon", "detail"}) {
+        variables += ",\"" + std::string(key) + "\":\"" + text(key) + '"';
+    }
+    return variables;
+}
+
+std::string LogGenerator::line()
+{
+    seconds_ += below(60);
+    const std::string colon = style_ == Style::Spaced ? "\": " : "\":";
+    const std::string comma = style_ == Style::Spaced ? ", " : ",";
+
+    std::int32_t code = 0;
+    std::string variables;
+    if (style_ == Style::Realistic && below(5) < 3) {
+        do {
+            code = EventNameTable[below(std::size(EventNameTable))].code;
+        } while (findCode(DescriptionCatalog, code) != nullptr);
+        variables = variablesOfOthers();
+    } else {
+        const Description& event = described();
+        code = event.code;
+        variables = variablesOf(event, colon, comma);
+    }
+    if (style_ == Style::NotAscii) {
+        variables += (variables.empty() ? "" : comma) + "\"site\":\"K\xc3\xb6ln\"";
+    } else if (style_ == Style::Reals) {
+        variables += (variables.empty() ? "" : comma) + "\"snr\":" + digits(1) + '.' + digits(2);
+    }
+    const std::string id = "\"id" + colon + std::to_string(code);
     const std::string rest =
         "\"time" + colon + '"' + time() + '"' + comma + "\"vars" + colon + '{' + variables + '}';
     std::string line =
-        '{' + (style_ == Style::idLast ? rest + comma + id : id + comma + rest) + '}';
+        '{' + (style_ == Style::IdLast ? rest + comma + id : id + comma + rest) + '}';
 
     if (below(1000) < damaged_) {
         const std::size_t at = below(line.size());

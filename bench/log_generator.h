@@ -11,15 +11,21 @@
 
 namespace eventsviewer::bench {
 
-/// How the lines are written: {"id":1,"time":...}, {"id": 1, "time": ...}, or with "id" behind the
-/// other members.
-enum class Style { compact, spaced, idLast };
+/// How the lines are written.
+enum class Style {
+    Compact,   ///< {"id":1,"time":...}
+    Spaced,    ///< {"id": 1, "time": ...}
+    IdLast,    ///< {"time":...,"id":1}
+    Realistic, ///< compact, but three in five events have no description
+    NotAscii,  ///< compact, with a character in each event that is not ASCII
+    Reals,     ///< compact, with a number in each event that is not a whole one
+};
 
-/// The style of that name: compact, spaced or id-last.
+/// The style of that name: compact, spaced, id-last, realistic, not-ascii or reals.
 std::optional<Style> styleNamed(std::string_view name);
 
-/// Makes lines as the terminal writes them: described events with all of their variables, about 159
-/// bytes on average in the compact style. A seed always gives the same lines.
+/// Makes lines as the terminal writes them: described events with all of their variables, about 160
+/// bytes on average. A seed always gives the same lines.
 class LogGenerator {
 public:
     /// Of a thousand lines, `damaged` are cut off or have a changed byte.
@@ -34,6 +40,9 @@ public:
 private:
     std::size_t below(std::size_t limit) { return random_() % limit; }
     const Description& described();
+    std::string variablesOf(const Description& event, const std::string& colon,
+                            const std::string& comma);
+    std::string variablesOfOthers();
     std::string digits(std::size_t count);
     std::string hash();
     std::string text(std::string_view key);

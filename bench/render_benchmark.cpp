@@ -11,7 +11,7 @@ namespace {
 
 EventStore makeEvents(std::size_t count)
 {
-    LogGenerator generator(1, Style::compact, 0);
+    LogGenerator generator(1, Style::Compact, 0);
     EventStore events;
     while (events.size() < count) {
         events.push_back(parseEventLine(generator.line()));
