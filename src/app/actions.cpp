@@ -16,7 +16,7 @@ void printHelp(const char* programName)
 {
     std::puts("Events Viewer Tool\n");
     std::printf("Usage: %s [OPTIONS] [PARAMS]\n\n", programName);
-    // The default files named here are not the ones in use (see Options); both are meant.
+    // The default files named here are not the ones in use (see Options); both are intentional.
     // clang-format off
     std::puts(
         "Options:\n"
@@ -63,7 +63,7 @@ int runAction(const Options& options, const char* programName)
     case kActionHelp:
         printHelp(programName);
         return kExitSuccess;
-    default: // a guard: no option leads here
+    default: // no option leads here
         std::fprintf(stderr, "Internal Error! Invalid Action: %d\n", options.action);
         return kExitUsageError;
     }

@@ -24,9 +24,9 @@ void openMissingStreams()
 
 int main(int argc, char** argv)
 {
-    // Streams swallow bad_alloc and go on without what they should have read or written. A run that
-    // is out of memory ends instead: no table is better than one that lacks events. It ends without
-    // a word also where the JSON library runs out of memory and throws.
+    // Streams catch bad_alloc and go on without what they should have read or written. A run that
+    // is out of memory ends instead: no table is better than one that lacks events. It also ends
+    // silently where the JSON library runs out of memory and throws.
     std::set_new_handler(std::abort);
     std::set_terminate(std::abort);
     openMissingStreams();

@@ -67,8 +67,8 @@ std::optional<Options> parseOptions(int argc, char** argv)
             }
             break;
         default:
-            // The element before optind is not always the offending one: within a group of letters
-            // optind still stands at the group, and in front of it may be the program's name.
+            // The element before optind is not always the wrong one: within a group of letters
+            // optind is still at the group, and the element before that may be the program's name.
             std::fprintf(stderr, "Invalid Argument: %s\n", optind > argc ? "" : argv[optind - 1]);
             return std::nullopt;
         }

@@ -22,7 +22,7 @@ struct Options {
     std::size_t count = 10; ///< events to show, at least 1
 };
 
-/// The settings that a command line asks for; of an option given twice the last one counts.
+/// The settings that a command line asks for; if an option is given twice the last one wins.
 /// Nothing after a usage error, which is reported on standard error. Reorders `argv` as getopt
 /// does, and can be called once in a process.
 std::optional<Options> parseOptions(int argc, char** argv);

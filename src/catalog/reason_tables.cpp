@@ -2,7 +2,7 @@
 // To add a reason, add its row here; the value is the one after the row above.
 //
 // The explanations are kept byte for byte as the terminal's other tools word them. Some have a
-// doubled or trailing blank, no full stop or a lower-case start: see the remarks on the rows.
+// doubled or trailing space, no full stop or a lower-case start: see the comments on the rows.
 
 #include "catalog/reason_tables.h"
 
@@ -51,11 +51,11 @@ constexpr Reason kBucNotCalibratedReasons[] = {
     { 4, "OTC_ERROR_BUC_SPOLARIZATION",             "OTC failed because the BUC failed to set the polarization."},
     { 5, "OTC_ERROR_BUC_OVERTEMP",                  "OTC failed because the BUC status reported an over temperature fault."},
     { 6, "OTC_ERROR_BUC_OVERDRIVEN",                "OTC failed because the BUC status reported the output power was over driven."},
-    { 7, "OTC_ERROR_BUC_COMM",                      "OTC failed because the  modem lost contact to the BUC."}, // the doubled blank is meant
+    { 7, "OTC_ERROR_BUC_COMM",                      "OTC failed because the  modem lost contact to the BUC."}, // the doubled space is intentional
     { 8, "OTC_ERROR_BUC_FAN_FAILED",                "OTC failed because the BUC status reported fan failure."},
     { 9, "OTC_ERROR_BUC_CAL_FILE_DOWNLOAD",         "OTC failed because the BUC calibration file download failed."},
     {10, "OTC_ERROR_BUC_CAL_FILE_PARSING",          "OTC failed because the BUC calibration file could not be parsed."},
-    {11, "OTC_ERROR_CONFIGURED_BAND_NOT_SUPPORTED", "OTC failed because the BUC calibration file does not support  the modem's configured bands."}, // the doubled blank is meant
+    {11, "OTC_ERROR_CONFIGURED_BAND_NOT_SUPPORTED", "OTC failed because the BUC calibration file does not support  the modem's configured bands."}, // the doubled space is intentional
     {12, "OTC_ERROR_BUC_INTERFACE",                 "OTC failed because the BUC interface was not ready."},
     {13, "OTC_ERROR_TX_INTERFACE",                  "OTC failed because the modem transmit interface was not ready."},
     {14, "OTC_ERROR_ANTENNA_MUTED_TX",              "OTC failed because the transmitter was muted during unmuted OTC."},
@@ -86,9 +86,9 @@ constexpr Reason kNoServiceReasons[] = {
 
 constexpr Reason kNoSignalingCarrierReasons[] = {
     { 0, "NONE_VISIBLE",          "no visible carrier(s) in constellation file"},
-    { 1, "NONE_USABLE",           "found a visible carrier(s) in the constellation file, but can't use it (e.g., polarization mismatch, etc.) "}, // the trailing blank is meant
+    { 1, "NONE_USABLE",           "found a visible carrier(s) in the constellation file, but can't use it (e.g., polarization mismatch, etc.) "}, // the trailing space is intentional
     { 2, "NO_CONSTELLATION_FILE", "failed to load constellation file from disk"},
-    { 3, "NO_CARRIER_FOUND",      "no carrier(s) found "}, // the trailing blank is meant
+    { 3, "NO_CARRIER_FOUND",      "no carrier(s) found "}, // the trailing space is intentional
 };
 
 constexpr Reason kOptionsErrorReasons[] = {

@@ -1,4 +1,4 @@
-// What the fixed tables promise, checked by the compiler where each table stands.
+// What the fixed tables promise, checked by the compiler where each table is.
 
 #pragma once
 

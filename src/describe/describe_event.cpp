@@ -3,55 +3,52 @@
 #include "catalog/find_code.h"
 #include "describe/description_catalog.h"
 #include "describe/reason_lookup.h"
-#include "jsonaccess/json_access.h"
+#include "describe/variables.h"
 
-#include <string_view>
+#include <string>
 
 namespace eventsviewer {
 
 namespace {
 
-const char* plainText(const Json::Value& root, const char* key)
-{
-    const char* const text = jsonaccess::asCString(jsonaccess::get(root, key));
-    return text != nullptr ? text : "";
-}
+constexpr std::size_t kUsualTexts = 240; // bytes that the texts of one template seldom exceed
 
-SharedText fillTemplate(const Description& description, const Json::Value& root)
+SharedText fillTemplate(const Description& description, const Variables& variables)
 {
-    const char* texts[kMaxSlots] = {};
-    SharedText explanations[kMaxSlots];
+    std::string scratch; // the text of each slot and its NUL
+    scratch.reserve(kUsualTexts);
+    std::size_t starts[kMaxSlots] = {};
     std::size_t filled = 0;
     for (const Slot& slot : description.slots) {
+        starts[filled++] = scratch.size();
         if (slot.reasons != nullptr) {
-            explanations[filled] = lookupReasonExplanation(root, slot.key, *slot.reasons);
-            texts[filled] = explanations[filled].characters();
+            scratch += lookupReasonExplanation(variables, slot.key, *slot.reasons).characters();
         } else {
-            texts[filled] = plainText(root, slot.key);
+            scratch += variables.text(slot.key);
         }
-        ++filled;
+        scratch += '\0';
     }
+    const auto text = [&scratch, &starts](std::size_t slot) { return &scratch[starts[slot]]; };
     static_assert(kMaxSlots == 8, "one argument for each slot");
     // The format takes as many of the texts as it has placeholders.
-    return formatText(description.text, texts[0], texts[1], texts[2], texts[3], texts[4], texts[5],
-                      texts[6], texts[7]);
+    return formatText(description.text, text(0), text(1), text(2), text(3), text(4), text(5),
+                      text(6), text(7));
 }
 
 } // namespace
 
 SharedText describeEvent(std::int32_t code, const SharedText& details)
 {
-    Json::Value root;
-    jsonaccess::parse({details.characters(), details.length()}, root);
+    const Variables variables({details.characters(), details.length()});
 
     const Description* const description = findCode(DescriptionCatalog, code);
     if (description == nullptr) {
         return textFromLiteral("Unknown");
     }
-    if (description->slots.count == 0) {
+    if (description->slots.size() == 0) {
         return textFromLiteral(description->text);
     }
-    return fillTemplate(*description, root);
+    return fillTemplate(*description, variables);
 }
 
 } // namespace eventsviewer

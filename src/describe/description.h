@@ -12,46 +12,28 @@ namespace eventsviewer {
 /// What takes the place of one "%s": the text of the detail variable `key`, or, with a table, the
 /// explanation that it holds for that text.
 struct Slot {
-    constexpr Slot() = default;
     // cppcheck-suppress noExplicitConstructor // in the catalogue a key alone is a slot
     constexpr Slot(const char* variable) : key(variable) {}
     constexpr Slot(const char* variable, const ReasonTable& table) : key(variable), reasons(&table)
     {
     }
 
-    const char* key = nullptr;
+    const char* key;
     const ReasonTable* reasons = nullptr;
-};
-
-inline constexpr std::size_t kMaxSlots = 8;
-
-/// The slots of one description, in the order of its placeholders.
-struct Slots {
-    constexpr Slots() = default;
-    constexpr Slots(std::initializer_list<Slot> list)
-    {
-        for (const Slot& slot : list) {
-            slots[count++] = slot; // a ninth slot does not compile
-        }
-    }
-
-    constexpr const Slot* begin() const { return slots; }
-    constexpr const Slot* end() const { return slots + count; }
-
-    Slot slots[kMaxSlots];
-    std::size_t count = 0;
 };
 
 /// What the Detail column says about the event `code`.
 struct Description {
     std::int32_t code;
     const char* text;
-    Slots slots; ///< none for a fixed text
+    std::initializer_list<Slot> slots; ///< in the order of the placeholders; none for a fixed text
 };
 
-/// Whether every text holds one "%s" for each slot of its row. A "%" at the end of a line is the
-/// only other one allowed: the C library prints it as it stands. A text without slots is never
-/// formatted, so it may not hold a "%" at all.
+inline constexpr std::size_t kMaxSlots = 8;
+
+/// Whether every text has one "%s" for each slot of its row, and no more than kMaxSlots. A "%" at
+/// the end of a line is the only other one allowed: the C library prints it as it is. A text
+/// without slots is never formatted, so it may not have a "%" at all.
 template <std::size_t rowCount>
 constexpr bool placeholdersMatchSlots(const Description (&rows)[rowCount])
 {
@@ -65,11 +47,11 @@ constexpr bool placeholdersMatchSlots(const Description (&rows)[rowCount])
             const char conversion = i + 1 < text.size() ? text[i + 1] : '\0';
             if (conversion == 's') {
                 ++placeholders;
-            } else if (conversion != '\n' || row.slots.count == 0) {
+            } else if (conversion != '\n' || row.slots.size() == 0) {
                 return false;
             }
         }
-        if (placeholders != row.slots.count) {
+        if (placeholders != row.slots.size() || placeholders > kMaxSlots) {
             return false;
         }
     }

@@ -5,8 +5,8 @@
 // the order of the slots: a key alone is replaced by that detail variable's text, a key with a
 // ReasonTable by the explanation found there for the variable's text.
 //
-// The wording is kept byte for byte, doubled blanks between sentences included. What looks like a
-// slip and is none has a remark above its row.
+// The wording is kept byte for byte, doubled spaces between sentences included. What looks like a
+// slip but is intentional has a comment above its row.
 
 #pragma once
 
@@ -16,18 +16,18 @@
 
 namespace eventsviewer {
 
-inline constexpr Slots kSoftwareSlots = {"terminal_software_filename", "terminal_software_version",
-                                         "terminal_software_hash"};
+inline constexpr std::initializer_list<Slot> kSoftwareSlots = {
+    "terminal_software_filename", "terminal_software_version", "terminal_software_hash"};
 
 // The writers of the log spell the third key "confguration", without the first i.
-inline constexpr Slots kConfigurationSlots = {"terminal_configuration_filename",
-                                              "terminal_configuration_version",
-                                              "terminal_confguration_hash"};
+inline constexpr std::initializer_list<Slot> kConfigurationSlots = {
+    "terminal_configuration_filename", "terminal_configuration_version",
+    "terminal_confguration_hash"};
 
 // clang-format off
 inline constexpr Description DescriptionCatalog[] = {
     { 835, "This terminal is no longer getting GPS readings.", {}},
-    // 945: two blanks after "are:" are meant.
+    // 945: two spaces after "are:" are intentional.
     { 945, "This terminal has experienced a failure during its modem's power-on self-test.  The number of the test that failed is %s.  Parameters associated with the failure are:  %s, %s.", {"terminal_post_number", "terminal_post_param1", "terminal_post_param2"}},
     { 946, "A reset is being initiated on this terminal's modem.", {}},
     { 947, "A service on this terminal's modem is being restarted.  The name of the service is %s.", {"terminal_service_name"}},
@@ -93,7 +93,7 @@ inline constexpr Description DescriptionCatalog[] = {
     // 1232: the raw reason is shown.
     {1232, "This terminal was forced to logout; %s", {"forced_logout_reason"}},
     {1233, "This terminal cannot find any carriers on which to receive an OTA beam map.\nReason: %s\nModem Location (lat, lon): (%s, %s)", {{"no_signaling_carrier_reason", NoSignalingCarrierReasons}, "lat", "lon"}},
-    // 1234: no blank after "(lat,lon):".
+    // 1234: no space after "(lat,lon):".
     {1234, "This terminal's modem is trying to obtain an OTA beam map using %s:\nSatellite longitude: %s deg\nSatellite Preference: %s\nCarrier frequency: %s kHz\nSymbol rate: %s KSps\npolarization (rx): %s\nModem Location (lat,lon):(%s, %s)", {"sat_name", "sat_long", "sat_pref", "freq", "symrate", "pol", "lat", "lon"}},
     {1235, "This terminal cannot find any carriers on which to attempt acquisition.\nReason: %s\nModem Location (lat, lon): (%s, %s)", {{"no_service_carrier_reason", NoServiceCarrierReasons}, "lat", "lon"}},
     // 1236: worded unlike 1234 on purpose.
@@ -104,12 +104,12 @@ inline constexpr Description DescriptionCatalog[] = {
     {1240, "This terminal is trying to switch to satellite at %s degrees longitude.", {"sat_long"}},
     // 1241: the only reason key that begins with "reason_".
     {1241, "This terminal is ignoring a satellite switch request.\nReason: %s\nSatellite longitude: %s degrees\nCarrier frequency: %s kHz\nSymbol rate: %s KSps", {{"reason_sat_switch_rejected", SatSwitchRejectedReasons}, "sat_long", "freq", "symrate"}},
-    // 1242: "%\n" is no conversion: it prints a percent sign and the line break.
+    // 1242: "%\n" is not a conversion: it prints a percent sign and the line break.
     {1242, "The downstream this modem is receiving from has been updated:\nCarrier frequency: %s kHz\nSymbol rate: %s KSps\nRoll off factor: %s%\npolarization(rx): %s", {"freq", "symrate", "rolloff", "pol"}},
     {1243, "This terminal received a request to switch beams.\nType: %s\nCarrier frequency: %s kHz\nSymbol Rate: %s KSps\npolarization(rx, tx): %s\nModem Location(lat, lon): (%s, %s)", {{"beam_switch_type", BeamSwitchTypes}, "freq", "symrate", "pol", "lat", "lon"}},
     {1244, "This terminal switched beams and is now in network on iNet %s and Beam %s.", {"inet_id", "beam_id"}},
     {1245, "This terminal failed to switch beams.\nReason: %s", {{"beam_switch_failure_reason", BeamSwitchFailureReasons}}},
-    // 1283: two blanks after "Reason:" are meant.
+    // 1283: two spaces after "Reason:" are intentional.
     {1283, "This terminal is misconfigured.\nReason:  %s", {{"options_error_reason", OptionsErrorReasons}}},
 };
 // clang-format on

@@ -1,20 +1,15 @@
 #include "describe/reason_lookup.h"
 
-#include "jsonaccess/json_access.h"
-
 namespace eventsviewer {
 
-SharedText lookupReasonExplanation(const Json::Value& root, std::string_view key,
+SharedText lookupReasonExplanation(const Variables& variables, std::string_view key,
                                    const ReasonTable& table)
 {
-    if (root.isObject()) {
-        const Json::Value& variable = jsonaccess::get(root, key);
-        if (variable.isString()) {
-            const std::string_view name = jsonaccess::asCString(variable);
-            for (const Reason& reason : table) {
-                if (reason.name == name) {
-                    return textFromConstant(reason.explanation);
-                }
+    if (variables.isText(key)) {
+        const std::string_view name = variables.text(key);
+        for (const Reason& reason : table) {
+            if (reason.name == name) {
+                return textFromConstant(reason.explanation);
             }
         }
     }

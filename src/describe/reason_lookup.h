@@ -1,19 +1,17 @@
 #pragma once
 
 #include "catalog/reason_tables.h"
+#include "describe/variables.h"
 #include "text/shared_text.h"
-
-#include <json/value.h>
 
 #include <string_view>
 
 namespace eventsviewer {
 
-/// The explanation of the reason that the detail variable `key` of `root` names, or "Failed to
-/// retrieve description" where `root` is no object, the variable is missing or no string, or
-/// `table` does not know the name: it must be the same to the byte. Of two rows with one name the
-/// first counts. Prints nothing.
-SharedText lookupReasonExplanation(const Json::Value& root, std::string_view key,
+/// The explanation of the reason that the variable `key` names, or "Failed to retrieve description"
+/// if the variable is missing or not a text, or if `table` does not have exactly that name. The
+/// first of two rows with the same name wins. Prints nothing.
+SharedText lookupReasonExplanation(const Variables& variables, std::string_view key,
                                    const ReasonTable& table);
 
 } // namespace eventsviewer

@@ -1,6 +1,7 @@
 #include "eventlog/event_line.h"
 
 #include "jsonaccess/json_access.h"
+#include "jsonaccess/plain_object.h"
 
 #include <iostream>
 #include <string>
@@ -11,8 +12,29 @@ namespace {
 
 constexpr std::string_view kId = "id";
 constexpr std::string_view kTime = "time";
+constexpr std::string_view kVariables = "vars";
+constexpr const char* kNoVariables = "{}";
 
-// A damaged log is no news to its reader: what the parser says about its lines is dropped.
+SharedText detailsOf(const jsonaccess::PlainMembers& variables)
+{
+    static std::string json; // kept: memory for each event would cost more than the writing
+    jsonaccess::writeString(variables, json);
+    return textFromLiteral(json.c_str());
+}
+
+std::unique_ptr<EventRecord> plainEvent(std::int32_t code, const jsonaccess::PlainObject& object)
+{
+    const jsonaccess::PlainMember* const time = object.members.find(kTime);
+    const jsonaccess::PlainMember* const variables = object.members.find(kVariables);
+    const bool hasTime = time != nullptr && time->kind == jsonaccess::PlainKind::Text;
+    const bool hasVariables =
+        variables != nullptr && variables->kind == jsonaccess::PlainKind::Object;
+    return std::make_unique<EventRecord>(
+        code, std::string(hasTime ? time->text : std::string_view()),
+        hasVariables ? detailsOf(object.inner) : textFromLiteral(kNoVariables));
+}
+
+// A damaged log is expected: what the parser says about its lines is dropped.
 Json::Value parseSilently(std::string_view text)
 {
     Json::Value root;
@@ -38,26 +60,38 @@ bool hasNullMember(const Json::Value& object)
     return false;
 }
 
-void removeNullMembers(Json::Value& object)
+Json::Value withoutNullMembers(Json::Value object)
 {
     for (const std::string& name : jsonaccess::getMemberNames(object)) {
         if (jsonaccess::get(object, name).isNull()) {
             jsonaccess::removeMember(object, name);
         }
     }
+    return object;
 }
 
-SharedText detailsOf(Json::Value& root)
+SharedText detailsOf(const Json::Value& root)
 {
-    Json::Value& variables = jsonaccess::member(root, "vars");
+    const Json::Value& variables = jsonaccess::get(root, kVariables);
     if (!variables.isObject()) {
-        return textFromLiteral("{}");
+        return textFromLiteral(kNoVariables);
     }
-    // Listing the names costs as much as parsing some of them, and hardly ever finds a null.
-    if (hasNullMember(variables)) {
-        removeNullMembers(variables);
+    // A null is rare, and the copy that loses it costs as much as the parse.
+    const std::string json = hasNullMember(variables)
+                                 ? jsonaccess::writeString(withoutNullMembers(variables))
+                                 : jsonaccess::writeString(variables);
+    return textFromLiteral(json.c_str()); // a comment may hold a NUL
+}
+
+std::unique_ptr<EventRecord> parsedEvent(const Json::Value& root)
+{
+    if (!root.isObject() || !jsonaccess::isMember(root, kId)) {
+        return nullptr;
     }
-    return textFromLiteral(jsonaccess::writeCompact(variables).c_str());
+    std::string time = timeOf(root);
+    SharedText details = detailsOf(root);
+    const std::int32_t code = jsonaccess::asInt(jsonaccess::get(root, kId));
+    return std::make_unique<EventRecord>(code, std::move(time), std::move(details));
 }
 
 } // namespace
@@ -68,14 +102,19 @@ std::unique_ptr<EventRecord> parseEventLine(std::string_view line)
     if (brace == std::string_view::npos) {
         return nullptr;
     }
-    Json::Value root = parseSilently(line.substr(brace));
-    if (!root.isObject() || !jsonaccess::isMember(root, kId)) {
-        return nullptr;
+    std::cout.clear(); // whatever became of a diagnostic for a line before
+    const std::string_view text = line.substr(brace);
+    std::string_view rest = text;
+    if (const auto object = jsonaccess::takePlainObject(rest)) {
+        const jsonaccess::PlainMember* const id = object->members.find(kId);
+        if (id == nullptr) {
+            return nullptr;
+        }
+        if (id->kind == jsonaccess::PlainKind::Number) {
+            return plainEvent(id->number, *object);
+        }
     }
-    std::string time = timeOf(root);
-    SharedText details = detailsOf(root);
-    const std::int32_t code = jsonaccess::asInt(jsonaccess::get(root, kId));
-    return std::make_unique<EventRecord>(code, std::move(time), std::move(details));
+    return parsedEvent(parseSilently(text));
 }
 
 } // namespace eventsviewer

@@ -7,10 +7,10 @@
 
 namespace eventsviewer {
 
-/// The event that a log line (without its line feed) carries, or null if it carries none. The JSON
-/// object may stand behind any text without a "{", and may be cut off: what was read before the cut
-/// counts. Prints nothing but the diagnostic for an "id" that is no integer; leaves std::cout in
-/// the good state.
+/// The event of a log line (without its newline), or null if it has none. Any text without a "{"
+/// may come before the JSON object, which may be cut off: what was read before the cut counts.
+/// Prints nothing but the diagnostic for an "id" that is not an integer; leaves std::cout in the
+/// good state.
 std::unique_ptr<EventRecord> parseEventLine(std::string_view line);
 
 } // namespace eventsviewer

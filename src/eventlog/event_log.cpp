@@ -3,7 +3,7 @@
 #include "eventlog/event_line.h"
 #include "eventlog/line_reader.h"
 #include "eventlog/lines.h"
-#include "eventlog/quiet_lines.h"
+#include "eventlog/silent_lines.h"
 
 #include <list>
 #include <memory>
@@ -39,15 +39,15 @@ void makeRoom(std::list<Candidate>& newest, std::size_t count)
     }
 }
 
-// Adds the newest events of quiet lines. These can be judged from the last one backwards, and none
+// Adds the newest events of silent lines. These can be judged from the last one backwards, and none
 // needs to be parsed before it is known to be among the newest of all.
-void addQuietLines(std::list<Candidate>& newest, std::size_t count, std::string_view lines)
+void addSilentLines(std::list<Candidate>& newest, std::size_t count, std::string_view lines)
 {
     std::list<Candidate> added;
     while (!lines.empty() && added.size() < count) {
         const std::string_view line = takeLastLine(lines);
         Candidate candidate;
-        switch (kindOfQuietLine(line)) {
+        switch (kindOfSilentLine(line)) {
         case LineKind::NoEvent:
             continue;
         case LineKind::Event:
@@ -87,9 +87,9 @@ EventStore loadRecentEvents(const std::string& inputPath, std::size_t count)
     std::list<Candidate> newest;
     forLinesOf(inputPath, [&newest, count](std::string_view lines) {
         while (!lines.empty()) {
-            const std::size_t quiet = quietLength(lines);
-            addQuietLines(newest, count, lines.substr(0, quiet));
-            lines.remove_prefix(quiet);
+            const std::size_t silent = silentLength(lines);
+            addSilentLines(newest, count, lines.substr(0, silent));
+            lines.remove_prefix(silent);
             if (auto record = parseEventLine(takeFirstLine(lines))) {
                 makeRoom(newest, count);
                 newest.push_back({std::move(record), {}});

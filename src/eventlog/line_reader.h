@@ -8,7 +8,7 @@
 namespace eventsviewer {
 
 /// The lines of a file, read block by block: only the longest line has to fit in memory. A file
-/// that cannot be opened has no lines; where it cannot be read on, the line before is the last.
+/// that cannot be opened has no lines; after a read error, the line before it is the last.
 class LineReader {
 public:
     explicit LineReader(const std::string& path);
@@ -16,7 +16,7 @@ public:
     LineReader& operator=(const LineReader&) = delete;
     ~LineReader();
 
-    /// Gives the next lines, one at least, each with its line feed; the last of the file may have
+    /// Gives the next lines, one at least, each with its newline; the last of the file may have
     /// none. They are valid until the next call. False when there are no more.
     bool next(std::string_view& lines);
 

@@ -7,18 +7,18 @@
 
 namespace eventsviewer {
 
-/// How many bytes of `text` are whole lines: up to its last line feed, which counts.
+/// How many bytes of `text` are whole lines: up to its last newline, which counts.
 inline std::size_t wholeLinesLength(std::string_view text)
 {
     // A plain backward search looks at byte after byte; the C library's does not.
-    const void* const lineFeed = text.empty() ? nullptr : memrchr(text.data(), '\n', text.size());
-    return lineFeed == nullptr
+    const void* const newline = text.empty() ? nullptr : memrchr(text.data(), '\n', text.size());
+    return newline == nullptr
                ? 0
-               : static_cast<std::size_t>(static_cast<const char*>(lineFeed) - text.data()) + 1;
+               : static_cast<std::size_t>(static_cast<const char*>(newline) - text.data()) + 1;
 }
 
-/// Takes the first line away from `lines` and gives it without its line feed. Of no lines the first
-/// is empty.
+/// Takes the first line away from `lines` and gives it without its newline. The first of no
+/// lines is empty.
 inline std::string_view takeFirstLine(std::string_view& lines)
 {
     const std::string_view line = lines.substr(0, lines.find('\n'));
@@ -26,7 +26,7 @@ inline std::string_view takeFirstLine(std::string_view& lines)
     return line;
 }
 
-/// Takes the last line away from `lines`, which are not empty, and gives it without its line feed.
+/// Takes the last line away from `lines`, which are not empty, and gives it without its newline.
 inline std::string_view takeLastLine(std::string_view& lines)
 {
     if (lines.back() == '\n') {

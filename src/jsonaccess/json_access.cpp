@@ -70,64 +70,6 @@ std::unique_ptr<Json::StreamWriter> makeWriter()
     return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
 }
 
-bool hasComment(const Json::Value& value)
-{
-    return value.hasComment(Json::commentBefore) ||
-           value.hasComment(Json::commentAfterOnSameLine) || value.hasComment(Json::commentAfter);
-}
-
-// Appends `text` as JSON, which takes no more than quotes around it; false if it takes escapes.
-bool appendPlain(std::string& json, const char* text, const char* end)
-{
-    json += '"';
-    json.append(text, end);
-    json += '"';
-    for (; text != end; ++text) {
-        if (*text < ' ' || *text > '~' || *text == '"' || *text == '\\') {
-            return false;
-        }
-    }
-    return true;
-}
-
-// Writes an object of nothing but plain texts, as variables nearly always are, at a tenth of what
-// the library's writer takes. False for any other value, which is left to that.
-bool writePlain(const Json::Value& value, std::string& json)
-{
-    if (!value.isObject() || hasComment(value)) {
-        return false;
-    }
-    json = '{';
-    for (auto variable = value.begin(); variable != value.end(); ++variable) {
-        const char* nameEnd = nullptr;
-        const char* const name = variable.memberName(&nameEnd);
-        const char* text = nullptr;
-        const char* textEnd = nullptr;
-        if (hasComment(*variable) || !variable->getString(&text, &textEnd)) {
-            return false;
-        }
-        if (json.size() > 1) {
-            json += ',';
-        }
-        if (!appendPlain(json, name, nameEnd)) {
-            return false;
-        }
-        json += ':';
-        if (!appendPlain(json, text, textEnd)) {
-            return false;
-        }
-    }
-    json += '}';
-    return true;
-}
-
-// Made once: a fresh writer or stream costs as much as the writing.
-struct CompactWriter {
-    const std::unique_ptr<Json::StreamWriter> writer = makeWriter();
-    std::ostringstream stream;
-    std::string json;
-};
-
 // Whether `value` can have members at all. The library would throw where it cannot.
 bool mayHaveMembers(const Json::Value& value, const char* diagnostic)
 {
@@ -165,19 +107,18 @@ void parse(std::string_view text, Json::Value& root)
     }
 }
 
-const std::string& writeCompact(const Json::Value& value)
+std::string writeString(const Json::Value& value)
 {
-    static CompactWriter compact;
-    if (!writePlain(value, compact.json)) {
-        compact.stream.str({});
-        try {
-            compact.writer->write(value, &compact.stream);
-        } catch (const Json::RuntimeError&) {
-            std::abort();
-        }
-        compact.json = compact.stream.str();
+    // Made once: a new writer or stream costs as much as the writing.
+    static const std::unique_ptr<Json::StreamWriter> writer = makeWriter();
+    static std::ostringstream stream;
+    stream.str({});
+    try {
+        writer->write(value, &stream);
+    } catch (const Json::RuntimeError&) {
+        std::abort();
     }
-    return compact.json;
+    return stream.str();
 }
 
 bool isMember(const Json::Value& value, std::string_view key)
@@ -190,18 +131,6 @@ const Json::Value& get(const Json::Value& value, std::string_view key)
     static const Json::Value emptyText("");
     const Json::Value* const found = find(value, key);
     return found != nullptr ? *found : emptyText;
-}
-
-// cppcheck-suppress constParameter // `value` may gain the member
-Json::Value& member(Json::Value& value, const char* key)
-{
-    if (!mayHaveMembers(value,
-                        "in Json::Value::resolveReference(key, end): requires objectValue")) {
-        static Json::Value detached;
-        detached = Json::Value();
-        return detached;
-    }
-    return value[key];
 }
 
 std::vector<std::string> getMemberNames(const Json::Value& value)

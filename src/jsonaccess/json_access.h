@@ -1,10 +1,10 @@
-// Whatever can fail with JSON goes through these functions. They call JsonCpp with fixed settings
-// and let none of its errors out:
+// Whatever can fail with JSON goes through these functions, those that the program uses. They call
+// JsonCpp with fixed settings and let none of its errors out:
 // - A text that does not parse, and an operation on a value of the wrong type, prints one line on
 //   std::cout that begins with "Tarvik workaround: ", and the caller goes on with the result given
-//   below. Whoever wants no such line sets std::cout to failed first.
+//   below. To print no such line, set std::cout to failed first.
 // - What the library calls a runtime error (nesting of more than 1000 levels above all) ends the
-//   process by abort, without a word.
+//   process by abort, silently.
 // - Exhausted memory is not caught.
 
 #pragma once
@@ -18,12 +18,12 @@
 
 namespace eventsviewer::jsonaccess {
 
-/// Parses the JSON value at the beginning of `text` into `root`, which must be null. Text behind
+/// Parses the JSON value at the beginning of `text` into `root`, which must be null. Text after
 /// the value is ignored. After an error `root` keeps what was read before it.
 void parse(std::string_view text, Json::Value& root);
 
-/// `value` as JSON on one line, without blanks between the tokens; valid until the next call.
-const std::string& writeCompact(const Json::Value& value);
+/// `value` as JSON on one line, without spaces between the tokens.
+std::string writeString(const Json::Value& value);
 
 /// Whether the object `value` has a member `key`. Null and any other value have none; the latter
 /// prints a diagnostic.
@@ -32,11 +32,6 @@ bool isMember(const Json::Value& value, std::string_view key);
 /// The member `key` of the object `value`, or the empty JSON string where there is none. Null and
 /// any other value have no members; the latter prints a diagnostic. Valid as long as `value`.
 const Json::Value& get(const Json::Value& value, std::string_view key);
-
-/// The member `key` of the object `value`, made as null if there is none. Null becomes an object
-/// first. Any other value prints a diagnostic and stays as it is: the result is then a null value
-/// that belongs to nobody.
-Json::Value& member(Json::Value& value, const char* key);
 
 /// The keys of the object `value` in ascending byte order. Null and any other value have none; the
 /// latter prints a diagnostic.
@@ -50,7 +45,7 @@ void removeMember(Json::Value& value, const std::string& key);
 /// Any other value prints a diagnostic and gives a null pointer.
 const char* asCString(const Json::Value& value);
 
-/// The integer that `value` stands for: null is 0, a Boolean 0 or 1, a real is truncated. A number
+/// `value` as an integer: null is 0, a Boolean 0 or 1, a real is truncated. A number
 /// outside 32 bits prints a diagnostic and gives its low 32 bits (an integer) or the nearest limit
 /// (a real). A string, an array or an object prints a diagnostic and gives 0.
 std::int32_t asInt(const Json::Value& value);

@@ -2,14 +2,11 @@
 
 #include "catalog/event_names.h"
 #include "describe/describe_event.h"
+#include "render/table_memory.h"
 #include "text/shared_text.h"
 
 #include <algorithm>
 #include <string_view>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 namespace eventsviewer {
 
@@ -20,10 +17,10 @@ constexpr std::size_t kEventWidth = 30;
 constexpr std::size_t kDetailIndent = kTimeWidth + kEventWidth;
 constexpr std::size_t kRuleWidth = 80;
 constexpr std::size_t kManyRows = 32768; // some megabytes
-constexpr const char* kColourOn = "\033[1;34m";
-constexpr const char* kColourOff = "\033[0m";
+constexpr std::string_view kColourOn = "\033[1;34m";
+constexpr std::string_view kColourOff = "\033[0m";
 
-// A text longer than its field is neither cut nor set apart from what follows.
+// A text longer than its field is not cut, and no space follows it.
 void appendField(std::string& table, std::string_view text, std::size_t width)
 {
     table += text;
@@ -58,28 +55,12 @@ void appendHeading(std::string& table, const EventStore& events, std::size_t cou
 void appendRow(std::string& table, const EventRecord& event)
 {
     const SharedText description = describeEvent(event.code, event.details);
-    const SharedText name = eventNameFor(event.code);
     appendField(table, event.time, kTimeWidth);
     table += kColourOn;
-    appendField(table, {name.characters(), name.length()}, kEventWidth);
+    appendField(table, eventNameFor(event.code), kEventWidth);
     table += kColourOff;
     appendDetail(table, {description.characters(), description.length()});
     table += "\n\n";
-}
-
-// What a long table needs is what its events give back. Left alone, a text that outgrows its memory
-// stands there twice while it is copied, and the C library keeps small pieces for more of their
-// size. So the table gets room for rows like its last ones early, while there is little to copy;
-// but no more at a time than it would take itself, since rows to come may be shorter.
-void giveMemoryToTable(std::string& table, std::size_t lastRowsSize, std::size_t rowsToCome)
-{
-    const std::size_t expected = table.size() + lastRowsSize / kManyRows * rowsToCome;
-    if (table.capacity() < expected) {
-        table.reserve(std::min(expected + expected / 8, 2 * table.capacity()));
-    }
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
 }
 
 } // namespace
@@ -96,7 +77,7 @@ std::string renderEventTable(EventStore events, std::uint32_t count)
         appendRow(table, *events.front());
         events.pop_front();
         if (rows % kManyRows == 0) {
-            giveMemoryToTable(table, table.size() - sizeBefore, events.size());
+            makeRoom(table, (table.size() - sizeBefore) / kManyRows * events.size());
             sizeBefore = table.size();
         }
     }

@@ -16,9 +16,9 @@ namespace eventsviewer {
 ///     Nov 20 08:15:02     MODEM_OUT_OF_NETWORK          This terminal fell out of network.
 ///                                                       Reason: NO_UCP
 ///
-/// Each event name stands in colour escapes, each row is followed by an empty line. Without events
-/// the text is "No events to display.", with no line feed. Each event is destroyed as soon as its
-/// row stands, so that a long table takes their memory. Describing the events may print JSON
+/// Each event name is inside colour escapes, each row is followed by an empty line. Without events
+/// the text is "No events to display.", with no newline. Each event is destroyed as soon as its row
+/// is written, so that a long table takes their memory. Describing the events may print JSON
 /// diagnostics on std::cout.
 std::string renderEventTable(EventStore events, std::uint32_t count);
 

@@ -8,7 +8,7 @@ namespace eventsviewer {
 std::string allEventsTable(const std::string& inputPath);
 
 /// Writes allEventsTable(inputPath) into the file at `outputPath`, which is created or truncated
-/// before the log is read. Tells nobody whether that worked.
+/// before the log is read. Does not report whether that worked.
 void saveEventTable(const std::string& inputPath, const std::string& outputPath);
 
 } // namespace eventsviewer

@@ -9,12 +9,20 @@
 namespace eventsviewer {
 
 struct SharedText::Record {
-    char* data;             // NUL-terminated; null means no text
-    std::uint32_t capacity; // bytes at data, the NUL included; 0 for a borrowed text
-    std::uint8_t owned;     // data came from malloc and is freed with the record
-    std::uint8_t borrowed;  // data is somebody else's constant: the length is not cached
-    std::uint32_t length;   // 0 means not known
-    std::int32_t references;
+    char* data = nullptr;       // NUL-terminated; null means no text
+    std::uint32_t capacity = 0; // bytes at data, the NUL included; 0 for a borrowed text
+    std::uint8_t owned = 0;     // data came from malloc and is freed with the record
+    std::uint8_t borrowed = 0;  // data is somebody else's constant: the length is not cached
+    std::uint32_t length = 0;   // 0 means not known
+    std::int32_t references = 1;
+
+    void own(char* text, std::size_t textLength)
+    {
+        data = text;
+        capacity = static_cast<std::uint32_t>(textLength + 1);
+        owned = 1;
+        length = static_cast<std::uint32_t>(textLength);
+    }
 };
 
 SharedText::SharedText(const SharedText& other) noexcept : record_(other.record_)
@@ -54,23 +62,23 @@ std::uint32_t SharedText::length() const noexcept
 
 SharedText textFromLiteral(const char* text)
 {
-    SharedText handle(new SharedText::Record{nullptr, 0, 1, 0, 0, 1});
+    SharedText handle(new SharedText::Record);
     const std::size_t length = std::strlen(text);
     // A text too long to be measured in 32 bits counts as one there is no memory for.
     const bool measurable = length < UINT32_MAX;
     if (char* const copy = measurable ? static_cast<char*>(std::malloc(length + 1)) : nullptr) {
         std::memcpy(copy, text, length + 1);
-        handle.record_->data = copy;
-        handle.record_->capacity = static_cast<std::uint32_t>(length + 1);
-        handle.record_->length = static_cast<std::uint32_t>(length);
+        handle.record_->own(copy, length);
     }
     return handle;
 }
 
 SharedText textFromConstant(const char* text)
 {
-    // Nothing writes through data, so the constant stays one.
-    return SharedText(new SharedText::Record{const_cast<char*>(text), 0, 0, 1, 0, 1});
+    SharedText handle(new SharedText::Record);
+    handle.record_->data = const_cast<char*>(text); // nothing writes through it
+    handle.record_->borrowed = 1;
+    return handle;
 }
 
 SharedText formatText(const char* format, ...)
@@ -80,20 +88,20 @@ SharedText formatText(const char* format, ...)
     std::va_list again;
     va_copy(again, arguments);
 
-    // Most texts fit here, and need not be formatted twice.
+    // Most texts fit here and need not be formatted twice, once to measure them.
     char buffer[512];
-    const int length = std::vsnprintf(buffer, sizeof buffer, format, arguments);
+    const int formatted = std::vsnprintf(buffer, sizeof buffer, format, arguments);
     SharedText text;
-    if (length > 0) {
-        const std::size_t capacity = static_cast<std::size_t>(length) + 1;
-        if (char* const data = static_cast<char*>(std::malloc(capacity))) {
-            if (capacity <= sizeof buffer) {
-                std::memcpy(data, buffer, capacity);
+    if (formatted > 0) {
+        const auto length = static_cast<std::size_t>(formatted);
+        if (char* const data = static_cast<char*>(std::malloc(length + 1))) {
+            if (length < sizeof buffer) {
+                std::memcpy(data, buffer, length + 1);
             } else {
-                std::vsnprintf(data, capacity, format, again);
+                std::vsnprintf(data, length + 1, format, again);
             }
-            text = SharedText(new SharedText::Record{data, static_cast<std::uint32_t>(capacity), 1,
-                                                     0, static_cast<std::uint32_t>(length), 1});
+            text = SharedText(new SharedText::Record);
+            text.record_->own(data, length);
         }
     }
     va_end(again);

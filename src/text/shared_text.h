@@ -52,7 +52,8 @@ private:
 /// A new text that owns a copy of `text`. Without memory for the copy it reads as the empty text.
 SharedText textFromLiteral(const char* text);
 
-/// A new text that borrows `text`, a constant that outlives it, and copies nothing.
+/// A new text that borrows `text`, a constant that outlives it, and copies nothing. The tables are
+/// constants, not texts made at every start, so each lookup makes the record it hands out.
 SharedText textFromConstant(const char* text);
 
 } // namespace eventsviewer

@@ -15,11 +15,6 @@
 namespace eventsviewer {
 namespace {
 
-std::string nameOf(std::int32_t code)
-{
-    return eventNameFor(code).characters();
-}
-
 // Ten before the first code that has a name in either copy, and ten after the last.
 const std::int32_t kFrom =
     std::min(std::begin(EventNameTable)->code, vocabulary::eventNames().front().code) - 10;
@@ -29,7 +24,7 @@ const std::int32_t kTo =
 TEST(EventNameFor, GivesEachCodeItsNameAndEachHoleItsNumber)
 {
     for (std::int32_t code = kFrom; code <= kTo; ++code) {
-        EXPECT_EQ(reference::nameOf(code), nameOf(code)) << vocabulary::kEventNamesFile;
+        EXPECT_EQ(reference::nameOf(code), eventNameFor(code)) << vocabulary::kEventNamesFile;
     }
 }
 
@@ -37,33 +32,33 @@ TEST(EventNameFor, GivesNoNameTwice)
 {
     std::set<std::string> names;
     for (std::int32_t code = kFrom; code <= kTo; ++code) {
-        EXPECT_TRUE(names.insert(nameOf(code)).second) << code;
+        EXPECT_TRUE(names.insert(eventNameFor(code)).second) << code;
     }
 }
 
 TEST(EventNameFor, ShowsACodeInAHoleAsUnrecognized)
 {
-    EXPECT_EQ("TERM_CHANGED_OWNER", nameOf(688));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_689", nameOf(689));
-    EXPECT_EQ("NEW_DID", nameOf(690));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_0", nameOf(0));
+    EXPECT_EQ("TERM_CHANGED_OWNER", eventNameFor(688));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_689", eventNameFor(689));
+    EXPECT_EQ("NEW_DID", eventNameFor(690));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_0", eventNameFor(0));
 }
 
 TEST(EventNameFor, PrintsANegativeCodeUnsigned)
 {
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294967295", nameOf(-1));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483648", nameOf(INT32_MIN));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483647", nameOf(INT32_MAX));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294967295", eventNameFor(-1));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483648", eventNameFor(INT32_MIN));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_2147483647", eventNameFor(INT32_MAX));
     // The bits of -684 are not a known code either.
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294966612", nameOf(-684));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_4294966612", eventNameFor(-684));
 }
 
 TEST(EventNameFor, AnswersTheSameEachTime)
 {
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", nameOf(5));
-    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", nameOf(5));
-    EXPECT_EQ("MODEM_IN_NETWORK", nameOf(1228));
-    EXPECT_EQ("MODEM_IN_NETWORK", nameOf(1228));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", eventNameFor(5));
+    EXPECT_EQ("UNRECOGNIZED_EVENT_CODE_5", eventNameFor(5));
+    EXPECT_EQ("MODEM_IN_NETWORK", eventNameFor(1228));
+    EXPECT_EQ("MODEM_IN_NETWORK", eventNameFor(1228));
 }
 
 } // namespace

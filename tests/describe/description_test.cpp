@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+
 namespace eventsviewer {
 namespace {
 
@@ -19,58 +21,48 @@ TEST(Slot, OfAReasonKnowsItsTable)
     EXPECT_EQ(&BeamSwitchTypes, slot.reasons);
 }
 
-TEST(Slots, AreNoneUnlessGiven)
-{
-    const Slots slots;
-    EXPECT_EQ(0U, slots.count);
-    EXPECT_EQ(slots.begin(), slots.end());
-}
+using Slots = std::initializer_list<Slot>;
 
-TEST(Slots, KeepTheirOrder)
+bool matches(const char* text, Slots slots)
 {
-    const Slots slots = {"lat", {"beam_switch_type", BeamSwitchTypes}, "lon"};
-    ASSERT_EQ(3U, slots.count);
-    ASSERT_EQ(3, slots.end() - slots.begin());
-    EXPECT_STREQ("lat", slots.begin()[0].key);
-    EXPECT_EQ(&BeamSwitchTypes, slots.begin()[1].reasons);
-    EXPECT_STREQ("lon", slots.begin()[2].key);
-}
-
-TEST(Slots, TakeEightAtMost)
-{
-    const Slots slots = {"a", "b", "c", "d", "e", "f", "g", "h"};
-    EXPECT_EQ(8U, slots.count);
-    EXPECT_STREQ("h", (slots.end() - 1)->key);
-}
-
-bool matches(const char* text, std::size_t slotCount)
-{
-    Description rows[] = {{1, text, {}}};
-    rows[0].slots.count = slotCount;
+    const Description rows[] = {{1, text, slots}};
     return placeholdersMatchSlots(rows);
 }
 
+constexpr Slots kNone = {};
+constexpr Slots kOne = {"a"};
+constexpr Slots kTwo = {"a", {"b", BeamSwitchTypes}};
+constexpr Slots kThree = {"a", "b", "c"};
+constexpr Slots kEight = {"a", "b", "c", "d", "e", "f", "g", "h"};
+constexpr Slots kNine = {"a", "b", "c", "d", "e", "f", "g", "h", "i"};
+
 TEST(PlaceholdersMatchSlots, CountsThePlaceholders)
 {
-    EXPECT_TRUE(matches("fixed", 0));
-    EXPECT_TRUE(matches("%s and %s", 2));
-    EXPECT_FALSE(matches("%s and %s", 1));
-    EXPECT_FALSE(matches("%s and %s", 3));
-    EXPECT_FALSE(matches("%s", 0));
-    EXPECT_FALSE(matches("fixed", 1));
+    EXPECT_TRUE(matches("fixed", kNone));
+    EXPECT_TRUE(matches("%s and %s", kTwo));
+    EXPECT_FALSE(matches("%s and %s", kOne));
+    EXPECT_FALSE(matches("%s and %s", kThree));
+    EXPECT_FALSE(matches("%s", kNone));
+    EXPECT_FALSE(matches("fixed", kOne));
+}
+
+TEST(PlaceholdersMatchSlots, AcceptsEightSlotsAtMost)
+{
+    EXPECT_TRUE(matches("%s%s%s%s%s%s%s%s", kEight));
+    EXPECT_FALSE(matches("%s%s%s%s%s%s%s%s%s", kNine));
 }
 
 TEST(PlaceholdersMatchSlots, AcceptsNoOtherConversion)
 {
-    EXPECT_FALSE(matches("%s %d", 1));
-    EXPECT_FALSE(matches("%s %%", 1));
-    EXPECT_FALSE(matches("%s ends in %", 1));
+    EXPECT_FALSE(matches("%s %d", kOne));
+    EXPECT_FALSE(matches("%s %%", kOne));
+    EXPECT_FALSE(matches("%s ends in %", kOne));
 }
 
 TEST(PlaceholdersMatchSlots, AcceptsAPercentSignAtTheEndOfALineOfAFormattedText)
 {
-    EXPECT_TRUE(matches("%s%\nnext line", 1));
-    EXPECT_FALSE(matches("fixed %\nnext line", 0));
+    EXPECT_TRUE(matches("%s%\nnext line", kOne));
+    EXPECT_FALSE(matches("fixed %\nnext line", kNone));
 }
 
 TEST(PlaceholdersMatchSlots, ChecksEveryRow)

@@ -1,5 +1,6 @@
 #include "describe/reason_lookup.h"
 
+#include "jsonaccess/json_access.h"
 #include "reference/naive.h"
 #include "reference/samples.h"
 #include "support/captured_cout.h"
@@ -20,8 +21,10 @@ std::string explain(const Json::Value& reason, const ReasonTable& table)
 {
     Json::Value root;
     root["reason"] = reason;
+    const std::string details = jsonaccess::writeString(root);
     const CapturedCout output;
-    std::string explanation = lookupReasonExplanation(root, "reason", table).characters();
+    std::string explanation =
+        lookupReasonExplanation(Variables(details), "reason", table).characters();
     EXPECT_EQ("", output.text());
     return explanation;
 }
@@ -96,9 +99,8 @@ TEST(LookupReasonExplanation, FindsNothingInAnEmptyTable)
 
 TEST(LookupReasonExplanation, SharesTheTextOfTheTable)
 {
-    Json::Value root;
-    root["reason"] = "MBB";
-    const SharedText text = lookupReasonExplanation(root, "reason", BeamSwitchTypes);
+    const Variables variables(R"({"reason":"MBB"})");
+    const SharedText text = lookupReasonExplanation(variables, "reason", BeamSwitchTypes);
     EXPECT_EQ(BeamSwitchTypes.begin()[0].explanation, text.characters());
 }
 
@@ -123,10 +125,9 @@ TEST(LookupReasonExplanation, ExplainsNoValueThatIsNotAString)
 
 TEST(LookupReasonExplanation, ComparesTheWholeKey)
 {
-    Json::Value root;
-    root["reason"] = "MBB";
-    const auto explanationFor = [&root](std::string_view key) {
-        return std::string(lookupReasonExplanation(root, key, BeamSwitchTypes).characters());
+    const Variables variables(R"({"reason":"MBB"})");
+    const auto explanationFor = [&variables](std::string_view key) {
+        return std::string(lookupReasonExplanation(variables, key, BeamSwitchTypes).characters());
     };
     EXPECT_EQ("Make-Before-Break(MBB) beam switch", explanationFor("reason"));
     EXPECT_EQ(kFailed, explanationFor("Reason"));
@@ -136,13 +137,12 @@ TEST(LookupReasonExplanation, ComparesTheWholeKey)
     EXPECT_EQ(kFailed, explanationFor(""));
 }
 
-TEST(LookupReasonExplanation, FindsNothingInARootThatIsNotAnObject)
+TEST(LookupReasonExplanation, FindsNothingInDetailsThatAreNotAnObject)
 {
-    Json::Value array;
-    array.append("reason");
-    for (const Json::Value& root : {Json::Value(), Json::Value("reason"), Json::Value(1), array}) {
+    for (const char* const details : {"null", "\"reason\"", "1", "[\"reason\"]"}) {
+        const Variables variables(details);
         const CapturedCout output;
-        const SharedText text = lookupReasonExplanation(root, "reason", BeamSwitchTypes);
+        const SharedText text = lookupReasonExplanation(variables, "reason", BeamSwitchTypes);
         EXPECT_STREQ(kFailed, text.characters());
         EXPECT_EQ("", output.text());
     }

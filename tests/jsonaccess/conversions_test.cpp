@@ -25,7 +25,7 @@ Json::Value parsed(std::string_view text)
 
 void expectInt(std::int32_t number, const char* diagnostic, const Json::Value& value)
 {
-    SCOPED_TRACE(writeCompact(value));
+    SCOPED_TRACE(writeString(value));
     const CapturedCout output;
     EXPECT_EQ(number, asInt(value));
     EXPECT_EQ(diagnostic, output.text());

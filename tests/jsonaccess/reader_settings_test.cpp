@@ -23,7 +23,7 @@ void expectParsed(const std::string& text, const std::string& written)
     Json::Value root;
     parse(text, root);
     EXPECT_EQ("", output.text());
-    EXPECT_EQ(written, writeCompact(root));
+    EXPECT_EQ(written, writeString(root));
 }
 
 /// Expects that `text` breaks with `error`, and that what is kept is written as `written`.
@@ -35,7 +35,7 @@ void expectBroken(const std::string& text, const std::string& error, const std::
     parse(text, root);
     EXPECT_EQ("Tarvik workaround: error occured in IStream in JsonCpp:" + error + "\n",
               output.text());
-    EXPECT_EQ(written, writeCompact(root));
+    EXPECT_EQ(written, writeString(root));
 }
 
 constexpr const char* kNoValueAtColumn2 =

@@ -16,71 +16,71 @@ std::string rewritten(std::string_view text)
 {
     Json::Value root;
     parse(text, root);
-    return writeCompact(root);
+    return writeString(root);
 }
 
-TEST(WriteCompact, PutsNoSpaceBetweenTheTokens)
+TEST(WriteString, PutsNoSpaceBetweenTheTokens)
 {
     EXPECT_EQ(
         R"({"a":[1,true,null,"x"],"b":{"c":{},"d":[]}})",
         rewritten(R"( { "a" : [ 1 , true , null , "x" ] , "b" : { "c" : { } , "d" : [ ] } })"));
 }
 
-TEST(WriteCompact, ForgetsWhatItWroteBefore)
+TEST(WriteString, ForgetsWhatItWroteBefore)
 {
     EXPECT_EQ(R"({"long":"text"})", rewritten(R"({"long":"text"})"));
     EXPECT_EQ("1", rewritten("1"));
 }
 
-TEST(WriteCompact, PutsNoNewlineAtTheEnd)
+TEST(WriteString, PutsNoNewlineAtTheEnd)
 {
     EXPECT_EQ("{}", rewritten("{}\n"));
 }
 
-TEST(WriteCompact, SortsTheKeysByTheirBytes)
+TEST(WriteString, SortsTheKeysByTheirBytes)
 {
     EXPECT_EQ(R"({"A":1,"B":2,"_":3,"a":4,"aa":5,"b":6})",
               rewritten(R"({"b":6,"aa":5,"a":4,"_":3,"B":2,"A":1})"));
 }
 
-TEST(WriteCompact, EscapesWhatIsNotAscii)
+TEST(WriteString, EscapesWhatIsNotAscii)
 {
     EXPECT_EQ(R"({"k\u00e9y":"\u00e9 \u20ac \ud83d\ude00"})",
               rewritten("{\"k\xC3\xA9y\":\"\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80\"}"));
 }
 
-TEST(WriteCompact, WritesIllFormedUtf8AsTheReplacementCharacter)
+TEST(WriteString, WritesIllFormedUtf8AsTheReplacementCharacter)
 {
     EXPECT_EQ(R"({"a":"x\ufffdy"})", rewritten("{\"a\":\"x\xFFy\"}"));
 }
 
-TEST(WriteCompact, EscapesControlCharactersQuotesAndBackslashes)
+TEST(WriteString, EscapesControlCharactersQuotesAndBackslashes)
 {
     EXPECT_EQ(R"("\u0001\"\\/\b\f\n\r\t\u0000.")", rewritten(R"("\u0001\"\\\/\b\f\n\r\t\u0000.")"));
 }
 
-TEST(WriteCompact, GivesRealsSeventeenSignificantDigits)
+TEST(WriteString, GivesRealsSeventeenSignificantDigits)
 {
     EXPECT_EQ("0.10000000000000001", rewritten("0.1"));
     EXPECT_EQ("100.09999999999999", rewritten("100.1"));
     EXPECT_EQ("1.0000000000000001e-05", rewritten("1e-5"));
 }
 
-TEST(WriteCompact, TellsARealFromAnInteger)
+TEST(WriteString, TellsARealFromAnInteger)
 {
     EXPECT_EQ("1.0", rewritten("1.0"));
     EXPECT_EQ("1", rewritten("1"));
 }
 
-TEST(WriteCompact, WritesNoSpecialFloats)
+TEST(WriteString, WritesNoSpecialFloats)
 {
     using Limits = std::numeric_limits<double>;
-    EXPECT_EQ("null", writeCompact(Json::Value(Limits::quiet_NaN())));
-    EXPECT_EQ("1e+9999", writeCompact(Json::Value(Limits::infinity())));
-    EXPECT_EQ("-1e+9999", writeCompact(Json::Value(-Limits::infinity())));
+    EXPECT_EQ("null", writeString(Json::Value(Limits::quiet_NaN())));
+    EXPECT_EQ("1e+9999", writeString(Json::Value(Limits::infinity())));
+    EXPECT_EQ("-1e+9999", writeString(Json::Value(-Limits::infinity())));
 }
 
-TEST(WriteCompact, WritesNulls)
+TEST(WriteString, WritesNulls)
 {
     EXPECT_EQ(R"({"a":null,"b":[null,null]})", rewritten(R"({"a":null,"b":[null,null]})"));
 }
@@ -92,45 +92,45 @@ std::string writtenByTheLibrary(const Json::Value& value)
     return Json::writeString(builder, value);
 }
 
-TEST(WriteCompact, WritesPlainStringsAsTheLibraryDoes)
+TEST(WriteString, WritesPlainStringsAsTheLibraryDoes)
 {
     Json::Value variables(Json::objectValue);
-    EXPECT_EQ("{}", writeCompact(variables));
+    EXPECT_EQ("{}", writeString(variables));
     variables["inet_id"] = "12";
     variables["a"] = "";
     variables[""] = "b c";
-    EXPECT_EQ(R"({"":"b c","a":"","inet_id":"12"})", writeCompact(variables));
-    EXPECT_EQ(writtenByTheLibrary(variables), writeCompact(variables));
+    EXPECT_EQ(R"({"":"b c","a":"","inet_id":"12"})", writeString(variables));
+    EXPECT_EQ(writtenByTheLibrary(variables), writeString(variables));
 }
 
-TEST(WriteCompact, WritesEachByteOfANameOrStringAsTheLibraryDoes)
+TEST(WriteString, WritesEachByteOfANameOrStringAsTheLibraryDoes)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const std::string text = {'x', static_cast<char>(byte), 'y'};
         Json::Value named(Json::objectValue);
         named[text] = "z";
-        EXPECT_EQ(writtenByTheLibrary(named), writeCompact(named)) << byte;
+        EXPECT_EQ(writtenByTheLibrary(named), writeString(named)) << byte;
         Json::Value holding(Json::objectValue);
         holding["a"] = "first";
         holding["b"] = text;
         holding["c"] = "last";
-        EXPECT_EQ(writtenByTheLibrary(holding), writeCompact(holding)) << byte;
+        EXPECT_EQ(writtenByTheLibrary(holding), writeString(holding)) << byte;
         Json::Value alone(Json::objectValue);
         alone[std::string(1, static_cast<char>(byte))] = std::string(3, static_cast<char>(byte));
-        EXPECT_EQ(writtenByTheLibrary(alone), writeCompact(alone)) << byte;
+        EXPECT_EQ(writtenByTheLibrary(alone), writeString(alone)) << byte;
     }
 }
 
-TEST(WriteCompact, WritesAStringAmongOtherValuesAsTheLibraryDoes)
+TEST(WriteString, WritesAStringAmongOtherValuesAsTheLibraryDoes)
 {
     for (const char* const other : {"null", "1", "1.5", "true", "[]", "{}", "[\"x\"]"}) {
         Json::Value variables;
         parse(std::string(R"({"a":"x","b":)") + other + R"(,"c":"y"})", variables);
-        EXPECT_EQ(writtenByTheLibrary(variables), writeCompact(variables)) << other;
+        EXPECT_EQ(writtenByTheLibrary(variables), writeString(variables)) << other;
     }
 }
 
-TEST(WriteCompact, KeepsEachCommentAmongPlainStrings)
+TEST(WriteString, KeepsEachCommentAmongPlainStrings)
 {
     for (const char* const text :
          {"/*c*/{\"a\":\"b\"}", "{/*c*/\"a\":\"b\"}", "{\"a\"/*c*/:\"b\"}", "{\"a\":/*c*/\"b\"}",
@@ -139,17 +139,17 @@ TEST(WriteCompact, KeepsEachCommentAmongPlainStrings)
           "{\"a\":\"b\"//c\n,\"d\":\"e\"}", "{\"a\":\"b\",\"d\"://c\n\"e\"}"}) {
         Json::Value variables;
         parse(text, variables);
-        EXPECT_EQ(writtenByTheLibrary(variables), writeCompact(variables)) << text;
+        EXPECT_EQ(writtenByTheLibrary(variables), writeString(variables)) << text;
     }
 }
 
-TEST(WriteCompact, KeepsComments)
+TEST(WriteString, KeepsComments)
 {
     EXPECT_EQ(R"({"a":1 /* one */})", rewritten(R"({"a":1 /* one */})"));
     EXPECT_EQ(R"({/* one */"a":1})", rewritten(R"({"a": /* one */ 1})"));
 }
 
-TEST(WriteCompact, DoesNotEndTheLineAfterALineComment)
+TEST(WriteString, DoesNotEndTheLineAfterALineComment)
 {
     // What follows has become part of the comment.
     EXPECT_EQ("{\"a\":1 // one}", rewritten("{\"a\":1 // one\n}"));

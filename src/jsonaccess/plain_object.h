@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace eventsviewer::jsonaccess {
+
+/// What the value of a plain member is.
+enum class PlainKind { Text, Number, Object };
+
+/// One member of a plain object, as spans of the text that it was read from.
+struct PlainMember {
+    std::string_view key;
+    PlainKind kind = PlainKind::Text;
+    std::string_view text;   ///< of a text: what is between the quotes
+    std::int32_t number = 0; ///< of a number
+};
+
+/// The members of a plain object in the order in which they were written.
+class PlainMembers {
+public:
+    static constexpr std::size_t kMost = 12;
+
+    PlainMembers() noexcept {} // NOLINT(modernize-use-equals-default): the union needs it
+
+    /// A new member to be filled in; null if there are kMost already.
+    PlainMember* add() { return count_ < kMost ? new (&members_[count_++]) PlainMember : nullptr; }
+
+    /// The member `key`, the last one if there are several; null if there is none.
+    const PlainMember* find(std::string_view key) const;
+
+    const PlainMember* begin() const { return members_; }
+    const PlainMember* end() const { return members_ + count_; }
+
+private:
+    union { // so that no time goes into members that are not used
+        PlainMember members_[kMost];
+    };
+    std::size_t count_ = 0;
+};
+
+/// An object whose members are texts, short numbers, and at most one object of nothing but texts.
+struct PlainObject {
+    PlainMembers members;
+    bool hasInner = false;
+    PlainMembers inner; ///< the members of that one object
+};
+
+/// Takes a plain object away from the beginning of `text`, without the library, and with the
+/// members that the library would read. Nothing if that is not proven; then only the library can
+/// tell what is there, and `text` is left at the first byte that is not plain, or empty.
+std::optional<PlainObject> takePlainObject(std::string_view& text);
+
+/// The same for an object of nothing but texts.
+std::optional<PlainMembers> takePlainTexts(std::string_view& text);
+
+/// Makes `json` what the library would write for an object with `members`, all of them texts: one
+/// line, without spaces between the tokens.
+void writeString(const PlainMembers& members, std::string& json);
+
+} // namespace eventsviewer::jsonaccess

@@ -1,0 +1,33 @@
+// SWAR: several bytes of a text at a time, as the lanes of one machine word.
+
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+
+namespace eventsviewer {
+
+using Word = std::size_t;
+
+/// The word each of whose bytes is `value`.
+constexpr Word everyByte(unsigned char value)
+{
+    return ~Word{0} / 0xff * value;
+}
+
+/// The word at `text`, which has at least that many bytes and needs no alignment.
+inline Word wordAt(const char* text)
+{
+    Word word = 0;
+    std::memcpy(&word, text, sizeof word);
+    return word;
+}
+
+/// The highest bit of each byte of `word` that is below `limit` (1 to 128). May set others, too,
+/// but never misses one.
+constexpr Word bytesBelow(Word word, unsigned char limit)
+{
+    return (word - everyByte(limit)) & everyByte(0x80);
+}
+
+} // namespace eventsviewer
