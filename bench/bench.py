@@ -91,7 +91,7 @@ class Bench:
                  " same libraries", started - nothing, 0.3e6, "M")
 
     def comparing_gates(self, counter):
-        """The instruction counts beside those of other programs that make the table."""
+        """The instruction counts compared with those of other programs that make the table."""
         log = self.log(FEW)
         self.add("`--all` against the plainest program, instructions",
                  counter.count(self.viewer("--all", log)) / counter.count(self.literal(log)), 0.052)
@@ -205,9 +205,11 @@ class Bench:
 
 
 def versions():
-    return ", ".join(subprocess.run([tool, "--version"], stdout=subprocess.PIPE, text=True,
-                                    check=True).stdout.splitlines()[0]
-                     for tool in ("/usr/bin/mawk", "/usr/bin/jq", "/usr/bin/python3", "/usr/bin/wc"))
+    asked = (["/usr/bin/mawk", "-W", "version"], ["/usr/bin/jq", "--version"],
+             ["/usr/bin/python3", "--version"], ["/usr/bin/wc", "--version"])
+    return ", ".join(subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                    text=True, check=True).stdout.splitlines()[0]
+                     for command in asked)
 
 
 def main():

@@ -1,5 +1,5 @@
 // floor FILE: reads the file line by line, parses each line once with one reader, and does nothing
-// else. What the JSON library costs whoever uses it for every line: the floor below our own work.
+// else. What the JSON library costs a program that uses it for every line.
 
 #include <json/reader.h>
 

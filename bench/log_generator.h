@@ -34,7 +34,7 @@ public:
     {
     }
 
-    /// The next line, with its line feed.
+    /// The next line, with its newline.
     std::string line();
 
 private:
