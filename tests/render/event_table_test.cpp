@@ -73,7 +73,8 @@ TEST(RenderEventTable, StatesOneTimeTwiceForOneEvent)
 
 TEST(RenderEventTable, LeavesTheDetailEmptyWhereThereIsNoMemoryForIt)
 {
-    rowOf(835, "t"); // JsonCpp takes some memory with the first row and keeps it.
+    // With the first row that needs JsonCpp, it takes some memory and keeps it.
+    rowOf(835, "t", "");
     EXPECT_EQ("t                   \033[1;34mMOBILE_LOST_GPS               \033[0m\n\n",
               withoutMemory([] { return rowOf(835, "t"); }));
 }
