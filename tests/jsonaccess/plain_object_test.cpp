@@ -66,6 +66,7 @@ TEST(TakePlainObject, TakesWhatLogsAreMadeOf)
     EXPECT_TRUE(isPlain(R"({ "id" : 7 , "vars" : { "a" : "b" } , "time" : "t" })"));
     EXPECT_TRUE(isPlain(R"({"vars":{},"id":0})"));
     EXPECT_TRUE(isPlain(R"({"id":000000007})"));
+    EXPECT_TRUE(isPlain(R"({"id":123456789})"));
     EXPECT_TRUE(isPlain(R"({"":"","a b":"/* {[,:]} */ ~"})"));
     EXPECT_TRUE(isPlain("{\"id\":7}\r"));
     EXPECT_TRUE(isPlain("{\"id\":7}\x01\xFF"));
