@@ -85,7 +85,7 @@ SharedText detailsOf(const Json::Value& root)
 
 std::unique_ptr<EventRecord> parsedEvent(const Json::Value& root)
 {
-    if (!root.isObject() || !jsonaccess::isMember(root, kId)) {
+    if (!jsonaccess::isMember(root, kId)) {
         return nullptr;
     }
     std::string time = timeOf(root);

@@ -44,6 +44,10 @@ std::string LogMutator::variables(const vocabulary::Description& description)
         text += (text.empty() ? "\"" : ",\"") + slot.key +
                 "\":" + (explained ? '"' + firstReasonOf(slot.table) + '"' : anyValue());
     }
+    if (!text.empty() && oneIn(16)) { // the last of equal keys counts
+        const std::string others = variables(description);
+        text += ',' + others.substr(1, others.size() - 2);
+    }
     return '{' + text + '}';
 }
 
@@ -64,9 +68,13 @@ std::string LogMutator::event()
         code = oneIn(2) ? names[below(names.size())].code : static_cast<std::int32_t>(below(2000));
     }
     const std::string colon = oneIn(3) ? ": " : ":";
-    std::vector<std::string> members = {"\"id\"" + colon + std::to_string(code),
-                                        "\"time\"" + colon + time(),
-                                        "\"vars\"" + colon + variables(description)};
+    std::vector<std::string> values = {std::to_string(code), time(), variables(description)};
+    if (oneIn(16)) {
+        values[below(values.size())] = pick(kPlainValues);
+    }
+    std::vector<std::string> members = {"\"id\"" + colon + values[0],
+                                        "\"time\"" + colon + values[1],
+                                        "\"vars\"" + colon + values[2]};
     if (oneIn(4)) {
         std::rotate(members.begin(), members.begin() + 1, members.end());
     }

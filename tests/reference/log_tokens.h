@@ -23,6 +23,12 @@ inline const std::vector<std::string_view> kIdValues = {
     "{\"id\":5}", "{\"id\":\"x\"}",
 };
 
+/// What any member may have for a value that can be read without the library, or nearly so.
+inline const std::vector<std::string_view> kPlainValues = {
+    "7", "001228", "999999999", "1000000000", "\"\"", "\"1228\"", "\"{\"", "{}", "{ }", "{\"a\":\"1\"}",
+    "{\"b\":\"1\",\"a\":\"2\",\"b\":\"3\"}", "{\"a\":1}", "{\"a\":\"1\",}", "{\"\":\"\",}",
+};
+
 /// What may replace the key "id": other spellings of it, and near misses.
 inline const std::vector<std::string_view> kIdKeys = {
     "\"id\"", "\"\\u0069d\"", "\"i\\u0064\"", "\"\\u0069\\u0064\"", "\"\\u006\"", "\"\\u00069d\"",
