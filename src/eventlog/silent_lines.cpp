@@ -1,14 +1,13 @@
 // Why a look at a line can replace its parse:
 //
-// - Parsing ends the process only where more than 1000 objects and arrays are nested. No line of up
-//   to 1000 bytes can do that.
-// - Parsing prints only what the conversion of the member "id" has to say: nothing for a number of
-//   up to nine digits, since it fits 32 bits.
-// - The key of that member is written `"id"`, or with one of its letters as an escape, `\u0069` or
-//   `\u0064`. So a short line is silent if no quote in it begins a key with such an escape, and
-//   each
-//   `"id"` in it, whatever it may be part of, is followed by a colon and a short number: whichever
-//   of them the parser takes for the key, there is nothing to say.
+// - Parsing ends the process only where more than 1000 objects and arrays are nested. No line of
+//   up to 1000 bytes can do that.
+// - Parsing prints only what the conversion of the member "id" has to say: nothing for a number
+//   of up to nine digits, since it fits 32 bits.
+// - The key of that member is written `"id"`, or with one of its letters as an escape, `\u0069`
+//   or `\u0064`. So a short line is silent if no quote in it begins a key with such an escape,
+//   and each `"id"` in it, whatever it may be part of, is followed by a colon and a short number:
+//   whichever of them the parser takes for the key, there is nothing to say.
 // - A line without any of these after its first brace has no event.
 // - A line whose object begins with "id" and a short number has one: the parser has stored the
 //   member when it comes to the comma or brace after it. Damage further on cannot take it back.

@@ -1,25 +1,20 @@
-// Why a scan can replace the library. JsonCpp 1.9 with our settings reports no error for an object
-// that is plain, and reads and writes the same members, since:
+// Why a scan can replace the library. JsonCpp 1.9 with our settings reports no error for an
+// object that is plain, and reads and writes the same members, since:
 //
-// - It has only the characters from space to tilde, and no backslash. The parser takes these in
-// keys
-//   and texts as they are, up to the next quote, and the writer puts them between quotes as they
-//   are. Any other may be escaped, replaced or refused on one of the two ways.
+// - It has only the ASCII characters from space on, and no backslash. The parser takes these in
+//   keys and texts as they are, up to the next quote, and the writer puts them between quotes as
+//   they are. Any other may be escaped, replaced or refused on one of the two ways.
 // - Its numbers are one to nine digits. The parser makes each an integer that fits 32 bits,
-// whatever
-//   zeros it begins with. A sign, a point or an exponent may make it something else.
-// - Between its tokens are only spaces. A comment would stick to a value and be written with it, so
-//   a slash there is not plain.
+//   whatever zeros it begins with. A sign, a point or an exponent may make it something else.
+// - Between its tokens are only spaces. A comment would stick to a value and be written with it,
+//   so a slash there is not plain.
 // - A comma in it is followed by a key. The parser takes a brace there for an error, but not
-// always:
-//   after the key "" it does not.
+//   always: after the key "" it does not.
 // - Of members with the same key the last one wins: the parser replaces the value of the one
-// before,
-//   an object as a whole. It keeps members in the order of the bytes of their keys.
+//   before, an object as a whole. It keeps members in the order of the bytes of their keys.
 // - At most one object is inside it, and none inside that: far less than the parser refuses.
 // - It ends with the brace that closes it. The parser still reads comments and one token after
-// that,
-//   but reports none of it.
+//   that, but reports none of it.
 // - It is shorter than the keys for which the library ends the process, which have 2^30 bytes.
 
 #include "jsonaccess/plain_object.h"
