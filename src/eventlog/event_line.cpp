@@ -26,11 +26,10 @@ std::unique_ptr<EventRecord> plainEvent(std::int32_t code, const jsonaccess::Pla
 {
     const jsonaccess::PlainMember* const time = object.members.find(kTime);
     const jsonaccess::PlainMember* const variables = object.members.find(kVariables);
-    const bool hasTime = time != nullptr && time->kind == jsonaccess::PlainKind::Text;
     const bool hasVariables =
         variables != nullptr && variables->kind == jsonaccess::PlainKind::Object;
     return std::make_unique<EventRecord>(
-        code, std::string(hasTime ? time->text : std::string_view()),
+        code, std::string(time != nullptr ? time->text : std::string_view()),
         hasVariables ? detailsOf(object.inner) : textFromLiteral(kNoVariables));
 }
 

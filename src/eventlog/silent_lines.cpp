@@ -25,6 +25,10 @@ namespace eventsviewer {
 
 namespace {
 
+using jsonaccess::everyByte;
+using jsonaccess::Word;
+using jsonaccess::wordAt;
+
 constexpr std::size_t kSafeLength = 1000;
 
 // The needles: every way to write the key "id" begins with one of these.
@@ -46,7 +50,7 @@ bool mayBeginNeedle(const char* text)
     constexpr unsigned char kShared = static_cast<unsigned char>(~('i' ^ '\\'));
     const Word first = wordAt(text) ^ everyByte('"');
     const Word second = (wordAt(text + 1) ^ everyByte('i')) & everyByte(kShared);
-    return bytesBelow(first | second, 1) != 0;
+    return (((first | second) - everyByte(1)) & everyByte(0x80)) != 0;
 }
 
 // The position of the first needle from `from` on, or npos.

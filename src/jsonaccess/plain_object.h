@@ -16,7 +16,7 @@ enum class PlainKind { Text, Number, Object };
 struct PlainMember {
     std::string_view key;
     PlainKind kind = PlainKind::Text;
-    std::string_view text;   ///< of a text: what is between the quotes
+    std::string_view text;   ///< of a text: what is between the quotes; empty for the others
     std::int32_t number = 0; ///< of a number
 };
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
-namespace eventsviewer {
+namespace eventsviewer::jsonaccess {
 
 using Word = std::size_t;
 
@@ -23,11 +23,4 @@ inline Word wordAt(const char* text)
     return word;
 }
 
-/// The highest bit of each byte of `word` that is below `limit` (1 to 128). May set others, too,
-/// but never misses one.
-constexpr Word bytesBelow(Word word, unsigned char limit)
-{
-    return (word - everyByte(limit)) & everyByte(0x80);
-}
-
-} // namespace eventsviewer
+} // namespace eventsviewer::jsonaccess

@@ -60,6 +60,18 @@ TEST(ParseEventLine, IgnoresOtherMembers)
     expectRecord(R"({"Id":1,"extra":[1,{"id":2}],"id":684,"TIME":"x"})", 684, "", "{}");
 }
 
+TEST(ParseEventLine, TakesNoOtherObjectForTheVariables)
+{
+    expectRecord(R"({"id":684,"other":{"a":"1"}})", 684, "", "{}");
+    expectRecord(R"({"id":684,"vars":"x","other":{"a":"1"}})", 684, "", "{}");
+    expectRecord(R"({"id":684,"vars":7,"other":{"a":"1"}})", 684, "", "{}");
+    expectRecord(R"({"id":684,"vars":{},"other":{"a":"1"}})", 684, "", "{}");
+    expectRecord(R"({"id":684,"other":{"a":"1"},"vars":{"b":"2"}})", 684, "", R"({"b":"2"})");
+    expectRecord(R"({"id":684,"vars":{"a":"1"},"vars":"x"})", 684, "", "{}");
+    expectRecord(R"({"id":684,"vars":{"a":"1"},"vars":{"b":"2"}})", 684, "", R"({"b":"2"})");
+    expectRecord(R"({"id":684,"time":{"a":"1"},"vars":{"b":"2"}})", 684, "", R"({"b":"2"})");
+}
+
 TEST(ParseEventLine, SkipsALineWithoutAnEvent)
 {
     for (const char* const line :
