@@ -17,7 +17,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -156,7 +155,7 @@ private:
             exact_.shrink_to_fit();
         }
         char* const begin = exact_.data() + (exact_.size() - size);
-        std::memcpy(begin, text_.data(), size);
+        std::copy(text_.begin(), text_.end(), begin);
         const std::string_view text(begin, size);
 
         std::string_view rest = text;
