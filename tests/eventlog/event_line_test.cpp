@@ -185,15 +185,6 @@ TEST(ParseEventLine, TakesVariablesThatAreNotAnObjectForNone)
     }
 }
 
-TEST(ParseEventLine, TakesNoOtherObjectForTheVariables)
-{
-    expectRecord(R"({"id":684,"vars":"x","more":{"a":"1"}})", 684, "", "{}");
-    expectRecord(R"({"id":684,"more":{"a":"1"},"vars":7})", 684, "", "{}");
-    expectRecord(R"({"id":684,"vars":{"a":"1"},"vars":"x"})", 684, "", "{}");
-    expectRecord(R"({"id":684,"more":{"a":"1"},"vars":{"b":"2"}})", 684, "", R"({"b":"2"})");
-    expectRecord(R"({"id":684,"more":{},"vars":{"b":"2"}})", 684, "", R"({"b":"2"})");
-}
-
 TEST(ParseEventLine, RemovesNullVariablesAtTheTopLevelOnly)
 {
     expectRecord(R"({"id":684,"vars":{"z":null,"a":{"b":null,"c":[null]},"m":null,"k":"v"}})", 684,
