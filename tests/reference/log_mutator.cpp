@@ -70,6 +70,7 @@ std::string LogMutator::event()
     const std::string colon = oneIn(3) ? ": " : ":";
     std::vector<std::string> values = {std::to_string(code), time(), variables(description)};
     if (oneIn(16)) {
+        values[below(values.size())] = values[2];
         values[below(values.size())] = pick(kPlainValues);
     }
     std::vector<std::string> members = {"\"id\"" + colon + values[0],
