@@ -23,7 +23,7 @@ struct PlainMember {
 /// The members of a plain object in the order in which they were written.
 class PlainMembers {
 public:
-    /// A record has three, the longest description eight. Many more would take long to put in order.
+    /// A log line has three, the longest description eight. Many would take long to put in order.
     static constexpr std::size_t kMost = 12;
 
     PlainMembers() noexcept {} // NOLINT(modernize-use-equals-default): the union needs it
