@@ -1,6 +1,6 @@
 """bench.py [--gates | --board QEMU] BUILD TOOLS SCRATCH: the measuring half of scripts/bench, which
-builds what it needs. BUILD is the build folder of the programs to measure, TOOLS that of the programs
-to measure with (the same but for the board)."""
+builds what it needs. BUILD is the build folder of the programs to measure, TOOLS that of the
+programs to measure with (the same, except for the board)."""
 import argparse
 import json
 import os
@@ -16,7 +16,7 @@ CHART_SIZES = [2_000, FEW, MANY, MOST]
 
 
 class Gate:
-    """One figure, and the most that it may be; without a limit it is only told."""
+    """One figure, and the most that it may be; without a limit it is only reported."""
 
     def __init__(self, name, value, limit=None, unit="times"):
         self.name, self.value, self.limit, self.unit = name, value, limit, unit
@@ -53,17 +53,17 @@ class Bench:
     def viewer(self, action, log):
         return [f"{self.build}/events-viewer", action, "--input_file", log]
 
-    def floor(self, log):
-        return [f"{self.build}/bench/floor", log]
+    def jsoncpp_alone(self, log):
+        return [f"{self.build}/bench/jsoncpp_alone", log]
 
     def instruction_gates(self, counter, limits):
         """The instruction counts on logs of 20,000 lines and on an empty one."""
         log = self.log(FEW)
-        floor = counter.count(self.floor(log))
+        alone = counter.count(self.jsoncpp_alone(log))
         def all_of(style):
             return counter.count(self.viewer("--all", self.log(FEW, style)))
-        def against_floor(style):
-            return all_of(style) / counter.count(self.floor(self.log(FEW, style)))
+        def against_jsoncpp(style):
+            return all_of(style) / counter.count(self.jsoncpp_alone(self.log(FEW, style)))
         show = counter.count(self.viewer("--show", log))
         spaced = counter.count(self.viewer("--show", self.log(FEW, "spaced")))
         last = counter.count(self.viewer("--show", self.log(FEW, "id-last")))
@@ -72,19 +72,19 @@ class Bench:
         nothing = counter.count([f"{self.build}/bench/startup"])
         every = all_of("compact")
 
-        self.add("Instructions of JsonCpp alone", floor, None, "M")
-        self.add("`--all` against JsonCpp alone, instructions", every / floor, limits["all"])
+        self.add("Instructions of JsonCpp alone", alone, None, "M")
+        self.add("`--all` against JsonCpp alone, instructions", every / alone, limits["all"])
         self.add("`--all` on a log with spaces against one without, instructions",
                  all_of("spaced") / every, 1.05)
         self.add("`--all` against JsonCpp alone, a character in each line that is not ASCII, "
-                 "instructions", against_floor("not-ascii"), limits["not-ascii"])
+                 "instructions", against_jsoncpp("not-ascii"), limits["not-ascii"])
         self.add("`--all` against JsonCpp alone, a real number in each line, instructions",
-                 against_floor("reals"), limits["reals"])
-        self.add("`--show` against JsonCpp alone, instructions", show / floor, limits["show"])
+                 against_jsoncpp("reals"), limits["reals"])
+        self.add("`--show` against JsonCpp alone, instructions", show / alone, limits["show"])
         self.add("`--show` on a log with spaces against one without, instructions", spaced / show,
                  1.3)
         self.add('`--show` on a log whose "id" comes last against JsonCpp alone, instructions',
-                 last / floor)
+                 last / alone)
         self.add("`--show` on a log with 5 damaged lines in 1,000 against one without, instructions",
                  damaged / show)
         self.add("Start to exit on an empty log, instructions minus those of an empty program with the"
@@ -100,7 +100,7 @@ class Bench:
                  counter.count(self.viewer("--all", log)) / counter.count(self.mawk(log)), 1)
 
     def scaling_gates(self, counter):
-        """What must not grow with the log, or only as the log does."""
+        """Figures that must not grow with the log, or only in proportion to it."""
         few, most = self.log(FEW), self.log(MOST)
         empty = counter.count(self.viewer("--show", self.log(0)))
         for action in "--all", "--show":
@@ -108,7 +108,7 @@ class Bench:
             large = (counter.count(self.viewer(action, most)) - empty) / MOST
             self.add(f"`{action}`, instructions a line, 1,000,000 lines against 20,000",
                      large / small, 1.05)
-        # Less than the pages that come and go from run to run.
+        # The memory varies by some pages from run to run.
         self.add("`--show`, memory on 1,000,000 lines minus that on 20,000",
                  measure.peak_bytes(self.viewer("--show", most))
                  - measure.peak_bytes(self.viewer("--show", few)), 0.3e6, "MB")
@@ -133,7 +133,7 @@ class Bench:
         return path
 
     def tables_of_columns(self):
-        """The path of the same as the columns that events.awk reads."""
+        """The path of the same tables as columns, for events.awk."""
         path = os.path.join(self.scratch, "tables.txt")
         with open(self.tables(), encoding="utf-8") as file:
             tables = json.load(file)
@@ -158,7 +158,7 @@ class Bench:
         return {
             "events-viewer --all": lambda log: self.viewer("--all", log),
             "events-viewer --show": lambda log: self.viewer("--show", log),
-            "JsonCpp alone": self.floor,
+            "JsonCpp alone": self.jsoncpp_alone,
             "mawk, all events": self.mawk,
             "jq, all events": lambda log: [*jq, log],
             "Python, all events": lambda log: [*python, log],
@@ -167,7 +167,7 @@ class Bench:
         }
 
     def check_peers(self, peers):
-        """The peers do the same job: their tables are the program's, but for damaged lines."""
+        """The peers do the same job: their tables are the program's, except for damaged lines."""
         log = self.log(FEW)
         def table(name):
             return subprocess.run(peers[name](log), stdout=subprocess.PIPE, check=True).stdout

@@ -1,7 +1,7 @@
 // A plugin for qemu's user emulation: counts the instructions that the emulated program executes
 // and writes the number to the file named by the plugin's argument, "out=FILE".
 //
-// Debian ships no header for plugins, so the few declarations needed stand here. They are version 1
+// Debian ships no header for plugins, so the few declarations needed are here. They are version 1
 // of the plugin interface, which qemu 4.2 to 8.2 load.
 
 #include <inttypes.h>

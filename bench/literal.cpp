@@ -1,4 +1,4 @@
-// literal FILE: prints the table of all events, each step done in the plainest way.
+// literal FILE: prints the table of all events. Each step is done in the simplest way.
 
 #include "reference/naive.h"
 

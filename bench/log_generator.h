@@ -21,7 +21,7 @@ enum class Style {
     Reals,     ///< compact, with a number in each event that is not a whole one
 };
 
-/// The style of that name: compact, spaced, id-last, realistic, not-ascii or reals.
+/// The style called compact, spaced, id-last, realistic, not-ascii or reals.
 std::optional<Style> styleNamed(std::string_view name);
 
 /// Makes lines as the terminal writes them: described events with all of their variables, about 160

@@ -52,5 +52,5 @@ def cpu_seconds(command, runs):
 
 
 def peak_bytes(command):
-    """The largest resident size. By a small helper: measured from here it would be Python's own."""
+    """The largest resident size. A small helper measures it: from here it would be Python's own."""
     return int(run(["/usr/bin/time", "-f", "%M", *command]).split()[-1]) * 1024

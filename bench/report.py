@@ -42,7 +42,7 @@ class Axis:
 
 
 def spread(places, distance):
-    """`places`, moved apart to stand at least `distance` from each other, in the same order."""
+    """`places`, moved at least `distance` apart, in the same order."""
     order = sorted(range(len(places)), key=lambda index: places[index])
     moved = list(places)
     for before, after in zip(order, order[1:]):
@@ -115,9 +115,9 @@ They hardly change from run to run or from machine to machine. CPU time is the s
 
 {gates}
 
-`--all` reads plain objects without the library. A line that is not plain is parsed by it, as the two
-logs with such a line each show. `--show` reads every line, but parses only the newest ones and those
-that might have something to report.
+`--all` reads plain objects without the library. The library parses the other lines: two rows of the
+table show the cost. `--show` reads every line, but parses only the newest ones and those that might
+have something to report.
 
 ## Compared with other tools
 

@@ -107,7 +107,7 @@ struct PlainEvent {
 };
 
 // What the reference makes of `line`, whose first member is an "id". Because of damage among the
-// variables the library may take one of them for a second "id".
+// variables, the library may read one of them as a second "id".
 PlainEvent plainEvent(const std::string& line)
 {
     const CapturedCout printed;
@@ -150,7 +150,7 @@ void checkVariables(std::int32_t code, std::string_view variables)
     const std::string asTheyAre(variables.substr(0, variables.find('\0')));
     const Output first = checkedDescription(code, asTheyAre);
     const std::string fromLog = detailsFromLog(code, variables);
-    if (fromLog != asTheyAre) { // or the next check says all there is to say
+    if (fromLog != asTheyAre) { // otherwise the next check covers it
         checkedDescription(code, fromLog);
     }
     const Output again = describe(code, asTheyAre);

@@ -156,7 +156,7 @@ std::string heading(std::size_t count, const std::string& from, const std::strin
            std::string(80, '=') + "\n";
 }
 
-// Takes the first row off `rows`. It has one pair of colour escapes besides those in the log; the
+// Takes the first row off `rows`. It has one pair of colour escapes besides those in the log. The
 // bytes of the log never form another one together with the row's.
 std::string_view takeRow(std::string_view& rows, const ReferenceLine& event)
 {
@@ -205,7 +205,7 @@ std::string_view newestRows(std::string_view table, const ReferenceLog& plain, s
 }
 
 // The log is in two files at `path`, and in one at `joinedPath`. Each action reads one of them:
-// both actions on both would take twice as long and find the same.
+// running both actions on both would take twice as long and find nothing more.
 Output checkedAll(const std::string& path, const std::string& joinedPath, bool exportJoined,
                   const OpenFile& exportFile)
 {

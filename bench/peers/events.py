@@ -1,6 +1,6 @@
 """events.py TABLES LOG [N]: the event table of LOG, of its last N events or of all, by Python's json.
 
-The way one writes it without the tool at hand. TABLES is what dump_tables writes.
+This is how one would write it without the tool. TABLES is what dump_tables writes.
 """
 import collections
 import json

@@ -1,4 +1,4 @@
-"""Draws the folders of the source and which uses which, as the build has it."""
+"""Draws the folders of the source and their dependencies, as the build has them."""
 
 import sys
 

@@ -51,7 +51,7 @@ is_package_installed() {
 # install_packages PREFIX...: installs $packages_missing by the command PREFIX... apt-get.
 install_packages() {
     echo "Installing with apt-get:$packages_missing"
-    # After a machine has started it may still be updating itself: wait for the lock.
+    # A machine that has just started may still be updating itself: wait for the lock.
     set -- "$@" DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300
     quietly "$@" update || return
     # shellcheck disable=SC2086 # a list of names

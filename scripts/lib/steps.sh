@@ -13,7 +13,7 @@ quietly() {
     return "$quietly_status"
 }
 
-# passed OUTPUT: how many tests passed, of those that CTest tells of in OUTPUT and that were not skipped.
+# passed OUTPUT: how many tests passed according to CTest's OUTPUT, without those that were skipped.
 passed() {
     passed_total=$(echo "$1" | sed -n 's/.* out of \([0-9]*\)$/\1/p')
     echo $((passed_total - $(echo "$1" | grep -c '\*\*\*Skipped' || true)))

@@ -26,7 +26,7 @@ int main(int argc, char** argv)
 {
     // Streams catch bad_alloc and go on without what they should have read or written. A run that
     // is out of memory ends instead: no table is better than one that lacks events. It also ends
-    // silently where the JSON library runs out of memory and throws.
+    // silently if the JSON library runs out of memory and throws.
     std::set_new_handler(std::abort);
     std::set_terminate(std::abort);
     openMissingStreams();

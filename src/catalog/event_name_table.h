@@ -1,5 +1,5 @@
-// The event vocabulary: every event code that has a name, one row a code, in ascending order.
-// To add an event, add its row here. The codes between the rows are unknown on purpose.
+// The event vocabulary: every event code that has a name, one row a code, in ascending order. To
+// add an event, add its row here. The codes between the rows are intentionally unknown.
 
 #pragma once
 

@@ -27,8 +27,8 @@ struct Row {
     std::uint16_t nameEnd; // where its name ends in the names of all rows
 };
 
-// The EventNameTable without a pointer to each name: the loader would have to adjust each one at
-// every start, and what tells it to takes more of the board's flash than the names' ends do.
+// The EventNameTable without a pointer to each name. The loader would have to relocate each pointer
+// at every start, and the relocations would take more of the board's flash than nameEnd does.
 struct PackedTable {
     constexpr PackedTable()
     {

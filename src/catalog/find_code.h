@@ -7,7 +7,7 @@
 
 namespace eventsviewer {
 
-/// The row of `rows`, which ascend by code, whose code is exactly `code`; null if there is none.
+/// The row of `rows` with exactly this `code`; null if there is none. The rows ascend by code.
 template <typename Row, std::size_t rowCount>
 const Row* findCode(const Row (&rows)[rowCount], std::int32_t code)
 {

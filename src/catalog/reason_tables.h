@@ -20,10 +20,10 @@ struct ReasonTable {
     const Reason* end() const { return last; }
 };
 
-/// Why a beam switch was refused, broken off or failed.
+/// Why a beam switch was refused, aborted or failed.
 extern const ReasonTable BeamSwitchFailureReasons;
 
-/// Which kind of beam switch was asked for.
+/// Which kind of beam switch was requested.
 extern const ReasonTable BeamSwitchTypes;
 
 /// What fault the BUC (block upconverter) reported.

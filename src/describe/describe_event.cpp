@@ -11,7 +11,7 @@ namespace eventsviewer {
 
 namespace {
 
-constexpr std::size_t kUsualTexts = 240; // bytes that the texts of one template seldom exceed
+constexpr std::size_t kUsualTexts = 240; // bytes that the strings of one template rarely exceed
 
 SharedText fillTemplate(const Description& description, const Variables& variables)
 {
@@ -30,7 +30,7 @@ SharedText fillTemplate(const Description& description, const Variables& variabl
     }
     const auto text = [&scratch, &starts](std::size_t slot) { return &scratch[starts[slot]]; };
     static_assert(kMaxSlots == 8, "one argument for each slot");
-    // The format takes as many of the texts as it has placeholders.
+    // The format uses as many of the strings as it has placeholders.
     return formatText(description.text, text(0), text(1), text(2), text(3), text(4), text(5),
                       text(6), text(7));
 }

@@ -8,8 +8,8 @@ namespace eventsviewer {
 
 /// What the event `code` means in plain English, over one or more lines, with the variables of
 /// `details` (a JSON object) filled in; "Unknown" for a code without a description. A missing
-/// variable reads as the empty text. May print JSON diagnostics on std::cout: one if `details` does
-/// not parse, whatever the code, and one for each variable that is shown as it is and is not a
+/// variable reads as the empty string. May print JSON diagnostics on std::cout: one if `details`
+/// does not parse, whatever the code, and one for each variable that is shown as it is and is not a
 /// string.
 SharedText describeEvent(std::int32_t code, const SharedText& details);
 

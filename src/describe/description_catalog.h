@@ -6,7 +6,7 @@
 // ReasonTable by the explanation found there for the variable's text.
 //
 // The wording is kept byte for byte, doubled spaces between sentences included. What looks like a
-// slip but is intentional has a comment above its row.
+// mistake but is intentional has a comment above its row.
 
 #pragma once
 
@@ -83,7 +83,7 @@ inline constexpr Description DescriptionCatalog[] = {
     {1224, "This terminal's modem doesn't detect any receive cable faults.", {}},
     {1225, "This terminal's modem software is starting up.", {}},
     {1226, "This terminal's modem is beginning a new carrier search cycle.", {}},
-    // 1227: name and text disagree, and are both right: code 1227 reports a time adjustment.
+    // 1227: name and description intentionally disagree: code 1227 reports a time adjustment.
     {1227, "This terminal is adjusting system time by %s seconds\nOld: %s\nNew: %s", {"delta_time", "old_time", "new_time"}},
     {1228, "This terminal is in network and authenticated on iNet %s.", {"inet_id"}},
     // 1229: the raw reason name is shown; OutOfNetworkReasons is not consulted.
@@ -96,7 +96,7 @@ inline constexpr Description DescriptionCatalog[] = {
     // 1234: no space after "(lat,lon):".
     {1234, "This terminal's modem is trying to obtain an OTA beam map using %s:\nSatellite longitude: %s deg\nSatellite Preference: %s\nCarrier frequency: %s kHz\nSymbol rate: %s KSps\npolarization (rx): %s\nModem Location (lat,lon):(%s, %s)", {"sat_name", "sat_long", "sat_pref", "freq", "symrate", "pol", "lat", "lon"}},
     {1235, "This terminal cannot find any carriers on which to attempt acquisition.\nReason: %s\nModem Location (lat, lon): (%s, %s)", {{"no_service_carrier_reason", NoServiceCarrierReasons}, "lat", "lon"}},
-    // 1236: worded unlike 1234 on purpose.
+    // 1236: intentionally worded unlike 1234.
     {1236, "This terminal's modem is trying to come into network on %s:\nSatellite longitude: %s degrees\nSatellite preference: %s\nCarrier frequency: %s kHz\nSymbol rate: %s KSps\npolarization (rx,tx): %s\nModem location (lat,lon): (%s, %s)", {"sat_name", "sat_long", "sat_pref", "freq", "symrate", "pol", "lat", "lon"}},
     {1237, "This terminal failed to come into network.\nReason: %s; %s", {{"no_service_reason", NoServiceReasons}, "detail"}},
     {1238, "This terminal's modem received a UCP update after sending %s resync burst(s).", {"resync_count"}},

@@ -9,7 +9,7 @@
 namespace eventsviewer {
 
 /// The explanation of the reason that the variable `key` names, or "Failed to retrieve description"
-/// if the variable is missing or not a text, or if `table` does not have exactly that name. The
+/// if the variable is missing or not a string, or if `table` does not have exactly that name. The
 /// first of two rows with the same name wins. Prints nothing.
 SharedText lookupReasonExplanation(const Variables& variables, std::string_view key,
                                    const ReasonTable& table);

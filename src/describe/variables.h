@@ -16,11 +16,11 @@ public:
     /// if they do not parse; what was read before the error counts.
     explicit Variables(std::string_view details);
 
-    /// Whether there is a variable `key` and it is a text. Prints nothing.
+    /// Whether there is a variable `key` and it is a string. Prints nothing.
     bool isText(std::string_view key) const;
 
     /// The text of the variable `key` up to its first NUL, empty if there is none. A variable that
-    /// is not a text is empty too and prints a JSON diagnostic on std::cout.
+    /// is not a string is empty too and prints a JSON diagnostic on std::cout.
     std::string_view text(std::string_view key) const;
 
 private:

@@ -33,7 +33,7 @@ std::unique_ptr<EventRecord> plainEvent(std::int32_t code, const jsonaccess::Pla
         hasVariables ? detailsOf(object.inner) : textFromLiteral(kNoVariables));
 }
 
-// A damaged log is expected: what the parser says about its lines is dropped.
+// A damaged log is expected: the parser's messages about its lines are dropped.
 Json::Value parseSilently(std::string_view text)
 {
     Json::Value root;
@@ -101,7 +101,7 @@ std::unique_ptr<EventRecord> parseEventLine(std::string_view line)
     if (brace == std::string_view::npos) {
         return nullptr;
     }
-    std::cout.clear(); // whatever became of a diagnostic for a line before
+    std::cout.clear(); // even if an earlier diagnostic could not be written
     const std::string_view text = line.substr(brace);
     std::string_view rest = text;
     if (const auto object = jsonaccess::takePlainObject(rest)) {

@@ -8,7 +8,7 @@
 namespace eventsviewer {
 
 /// The lines of a file, read block by block: only the longest line has to fit in memory. A file
-/// that cannot be opened has no lines; after a read error, the line before it is the last.
+/// that cannot be opened has no lines; after a read error, the line before the error is the last.
 class LineReader {
 public:
     explicit LineReader(const std::string& path);

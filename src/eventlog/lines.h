@@ -10,7 +10,7 @@ namespace eventsviewer {
 /// How many bytes of `text` are whole lines: up to its last newline, which counts.
 inline std::size_t wholeLinesLength(std::string_view text)
 {
-    // A plain backward search looks at byte after byte; the C library's does not.
+    // The C library's backward search is faster than a loop over the bytes.
     const void* const newline = text.empty() ? nullptr : memrchr(text.data(), '\n', text.size());
     return newline == nullptr
                ? 0

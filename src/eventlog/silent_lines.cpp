@@ -1,13 +1,13 @@
-// Why a look at a line can replace its parse:
+// Why a check of a line can replace its parse:
 //
 // - Parsing ends the process only where more than 1000 objects and arrays are nested. No line of
 //   up to 1000 bytes can do that.
-// - Parsing prints only what the conversion of the member "id" has to say: nothing for a number
-//   of up to nine digits, since it fits 32 bits.
-// - The key of that member is written `"id"`, or with one of its letters as an escape, `\u0069`
-//   or `\u0064`. So a short line is silent if no quote in it begins a key with such an escape,
-//   and each `"id"` in it, whatever it may be part of, is followed by a colon and a short number:
-//   whichever of them the parser takes for the key, there is nothing to say.
+// - Parsing prints only the diagnostic of the conversion of the member "id": none for a number of
+//   up to nine digits, since it fits 32 bits.
+// - The key of that member is written `"id"`, or with one of its letters as an escape, `\u0069` or
+//   `\u0064`. So a short line is silent if no quote in it begins a key with such an escape, and
+//   each `"id"` in it, whatever it may be part of, is followed by a colon and a short number:
+//   whichever of them the parser takes for the key, nothing is printed.
 // - A line without any of these after its first brace has no event.
 // - A line whose object begins with "id" and a short number has one: the parser has stored the
 //   member when it comes to the comma or brace after it. Damage further on cannot take it back.
@@ -43,8 +43,8 @@ bool beginsWith(std::string_view text, std::string_view needle)
 }
 
 // SWAR: whether a needle may begin in the word at `text`, which has a byte after it. May report
-// false positives, never misses. A quote has to come before an "i" or a backslash; the bytes that
-// have what these two share pass as well.
+// false positives, never misses. A quote has to come before an "i" or a backslash; all bytes that
+// have the bits common to these two pass as well.
 bool mayBeginNeedle(const char* text)
 {
     constexpr unsigned char kShared = static_cast<unsigned char>(~('i' ^ '\\'));
@@ -114,8 +114,8 @@ std::size_t silentLength(std::string_view lines)
 {
     std::size_t silent = 0;
     while (silent < lines.size()) {
-        // Whole lines, together no longer than one may be, so that each one's end need not be
-        // looked for; none if the next line alone is longer. The last line may lack its newline.
+        // Whole lines that together are no longer than one may be, so that their ends need not be
+        // found. None if the next line alone is longer. The last line may lack its newline.
         std::string_view some = lines.substr(silent, kSafeLength);
         if (silent + some.size() < lines.size()) {
             some = some.substr(0, wholeLinesLength(some));

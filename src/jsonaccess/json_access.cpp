@@ -102,7 +102,7 @@ void parse(std::string_view text, Json::Value& root)
         std::abort();
     }
     if (!parsed) {
-        // "occured" is how this line has always been spelt.
+        // The spelling "occured" is intentional.
         printDiagnostic("error occured in IStream in JsonCpp:" + errors);
     }
 }
@@ -163,7 +163,7 @@ std::int32_t asInt(const Json::Value& value)
     try {
         return value.asInt();
     } catch (const Json::LogicError&) {
-        // Told apart below: the wording of the library's own message depends on its release.
+        // Distinguished below: the wording of the library's own message depends on its release.
     }
     switch (value.type()) {
     case Json::intValue:

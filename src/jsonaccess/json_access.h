@@ -1,5 +1,5 @@
-// Whatever can fail with JSON goes through these functions, those that the program uses. They call
-// JsonCpp with fixed settings and let none of its errors out:
+// Every JSON operation that can fail goes through these functions. They call JsonCpp with fixed
+// settings and let none of its errors out:
 // - A text that does not parse, and an operation on a value of the wrong type, prints one line on
 //   std::cout that begins with "Tarvik workaround: ", and the caller goes on with the result given
 //   below. To print no such line, set std::cout to failed first.

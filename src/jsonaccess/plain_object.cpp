@@ -2,20 +2,20 @@
 // object that is plain, and reads and writes the same members, since:
 //
 // - It has only the ASCII characters from space on, and no backslash. The parser takes these in
-//   keys and texts as they are, up to the next quote, and the writer puts them between quotes as
-//   they are. Any other may be escaped, replaced or refused on one of the two ways.
+//   keys and strings as they are, up to the next quote, and the writer puts them between quotes as
+//   they are. Any other may be escaped, replaced or refused by the parser or the writer.
 // - Its numbers are one to nine digits. The parser makes each an integer that fits 32 bits,
 //   whatever zeros it begins with. A sign, a point or an exponent may make it something else.
 // - Between its tokens are only spaces. A comment would stick to a value and be written with it,
 //   so a slash there is not plain.
-// - A comma in it is followed by a key. The parser takes a brace there for an error, but not
-//   always: after the key "" it does not.
-// - Of members with the same key the last one wins: the parser replaces the value of the one
-//   before, an object as a whole. It keeps members in the order of the bytes of their keys.
+// - A comma in it is followed by a key. If a brace follows instead, the parser usually reports an
+//   error, but not after the key "".
+// - Of members with the same key the last one wins: the parser replaces the previous value, even if
+//   it is an object. It keeps members in the order of the bytes of their keys.
 // - At most one object is inside it, and none inside that: far less than the parser refuses.
 // - It ends with the brace that closes it. The parser still reads comments and one token after
 //   that, but reports none of it.
-// - It is shorter than the keys for which the library ends the process, which have 2^30 bytes.
+// - It has fewer than 2^30 bytes. The library ends the process for a key of that length.
 
 #include "jsonaccess/plain_object.h"
 
@@ -36,7 +36,7 @@ bool isPlain(char c)
     return c >= ' ' && c <= '\x7f' && c != '\\';
 }
 
-// SWAR: whether each byte of `word` is plain. May miss that all are, but never that one is not. (A
+// SWAR: whether each byte of `word` is plain. May report false negatives, never false positives. (A
 // byte beyond ASCII leaves the highest bit set in one of the two differences.)
 bool arePlain(Word word)
 {

@@ -44,7 +44,7 @@ private:
     std::size_t count_ = 0;
 };
 
-/// An object whose members are texts, short numbers, and at most one object of nothing but texts.
+/// An object whose members are strings, short numbers, and at most one object of strings only.
 struct PlainObject {
     PlainMembers members;
     bool hasInner = false;
@@ -52,14 +52,14 @@ struct PlainObject {
 };
 
 /// Takes a plain object away from the beginning of `text`, without the library, and with the
-/// members that the library would read. Nothing if that is not proven; then only the library can
-/// tell what is there, and `text` is left at the first byte that is not plain, or empty.
+/// members that the library would read. Nothing if the object is not plain. Then only the library
+/// can parse it, and `text` is left at the first byte that is not plain, or empty.
 std::optional<PlainObject> takePlainObject(std::string_view& text);
 
-/// The same for an object of nothing but texts.
+/// The same for an object of strings only.
 std::optional<PlainMembers> takePlainTexts(std::string_view& text);
 
-/// Makes `json` what the library would write for an object with `members`, all of them texts: one
+/// Makes `json` what the library would write for an object with `members`, all of them strings: one
 /// line, without spaces between the tokens.
 void writeString(const PlainMembers& members, std::string& json);
 

@@ -33,7 +33,7 @@ public:
         }
     }
 
-    /// The colon between a key and its value, and the blanks around it.
+    /// The colon between a key and its value, and the spaces and tabs around it.
     bool takeColon()
     {
         skipBlanks();

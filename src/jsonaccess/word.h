@@ -9,7 +9,7 @@ namespace eventsviewer::jsonaccess {
 
 using Word = std::size_t;
 
-/// The word each of whose bytes is `value`.
+/// The word that has `value` in each byte.
 constexpr Word everyByte(unsigned char value)
 {
     return ~Word{0} / 0xff * value;

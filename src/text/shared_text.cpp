@@ -12,7 +12,7 @@ struct SharedText::Record {
     char* data = nullptr;       // NUL-terminated; null means no text
     std::uint32_t capacity = 0; // bytes at data, the NUL included; 0 for a borrowed text
     std::uint8_t owned = 0;     // data came from malloc and is freed with the record
-    std::uint8_t borrowed = 0;  // data is somebody else's constant: the length is not cached
+    std::uint8_t borrowed = 0;  // data is a constant of the caller: the length is not cached
     std::uint32_t length = 0;   // 0 means not known
     std::int32_t references = 1;
 
@@ -64,7 +64,7 @@ SharedText textFromLiteral(const char* text)
 {
     SharedText handle(new SharedText::Record);
     const std::size_t length = std::strlen(text);
-    // A text too long to be measured in 32 bits counts as one there is no memory for.
+    // A string whose length does not fit 32 bits is treated as if there were no memory for it.
     const bool measurable = length < UINT32_MAX;
     if (char* const copy = measurable ? static_cast<char*>(std::malloc(length + 1)) : nullptr) {
         std::memcpy(copy, text, length + 1);
@@ -88,7 +88,7 @@ SharedText formatText(const char* format, ...)
     std::va_list again;
     va_copy(again, arguments);
 
-    // Most texts fit here and need not be formatted twice, once to measure them.
+    // Most strings fit here and need not be formatted twice, once to measure them.
     char buffer[512];
     const int formatted = std::vsnprintf(buffer, sizeof buffer, format, arguments);
     SharedText text;

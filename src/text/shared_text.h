@@ -11,8 +11,8 @@ class SharedText;
 /// empty, if formatting fails, or if there is no memory for the characters.
 [[gnu::format(printf, 1, 2)]] SharedText formatText(const char* format, ...);
 
-/// A handle to a reference-counted text that its holders share and nobody changes. A null handle,
-/// and a text whose memory could not be had, read as the empty text.
+/// A handle to a reference-counted string that its holders share and nobody changes. A null handle,
+/// and a string whose memory could not be allocated, read as the empty string.
 /// Single-threaded: the references are counted in a plain integer.
 class SharedText {
 public:
@@ -53,7 +53,7 @@ private:
 SharedText textFromLiteral(const char* text);
 
 /// A new text that borrows `text`, a constant that outlives it, and copies nothing. The tables are
-/// constants, not texts made at every start, so each lookup makes the record it hands out.
+/// constants, not objects made at every start, so each lookup makes the record that it returns.
 SharedText textFromConstant(const char* text);
 
 } // namespace eventsviewer

@@ -15,7 +15,7 @@
 namespace eventsviewer {
 namespace {
 
-// Ten before the first code that has a name in either copy, and ten after the last.
+// From ten before the first code that has a name in either copy to ten after the last.
 const std::int32_t kFrom =
     std::min(std::begin(EventNameTable)->code, vocabulary::eventNames().front().code) - 10;
 const std::int32_t kTo =

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs one case folder: the program as a user runs it, and every byte that comes out of it.
+"""Runs one case folder: runs the program as a user does, and checks every byte of its output.
 
 A case folder holds
   cmd               a POSIX shell script, run in a fresh folder that has copies of the inputs;
@@ -13,13 +13,13 @@ A case folder holds
   anything else     the inputs
 
 Some bytes are JsonCpp's own and differ between its releases: its wording of an error, and what it
-takes for an error in the log. For these, expected/ may hold a second file "stdout.from-1.9.6" beside
-"stdout" (and so for every name above). Of all files of a name, the one with the newest release that
-is not newer than the linked one counts; the one without a release counts for all that are older.
+reports as an error in the log. For these, expected/ may hold a second file "stdout.from-1.9.6" next
+to "stdout" (and so for every name above). Of all files of a name, the newest release that is not
+newer than the linked one wins. The file without a release is for all older ones.
 
 Afterwards the fresh folder must hold the inputs and expected/files to the byte, and no other file.
-Only names that begin with "generated" are not looked at: they are for cmd's own use. A cmd that
-cannot do its work here writes the reason into a file named "skip".
+Only names that begin with "generated" are ignored: they are for cmd's own use. A cmd that cannot do
+its work here writes the reason into a file named "skip".
 """
 
 import argparse
@@ -110,7 +110,7 @@ def run_in_pipes(command, options, limit):
 def run_in_terminal(command, options, limit):
     master, slave = pty.openpty()
     modes = termios.tcgetattr(slave)
-    modes[1] &= ~termios.OPOST  # a line feed stays one
+    modes[1] &= ~termios.OPOST  # a newline stays one
     termios.tcsetattr(slave, termios.TCSANOW, modes)
     process = subprocess.Popen(command, stdout=slave, stderr=slave, **options)
     os.close(slave)
@@ -128,9 +128,9 @@ def run_in_terminal(command, options, limit):
     return process.wait(), {"terminal": received}
 
 
-def without_remarks(text, emulated):
-    """Leaves out what the machinery below the program says about it."""
-    # One description has a "%" that begins no conversion, which is meant.
+def without_added_messages(text, emulated):
+    """`text` without the messages of AddressSanitizer and the emulator."""
+    # One description has a "%" that intentionally begins no conversion.
     text = re.sub(rb"==\d+==AddressSanitizer: WARNING: unexpected format specifier in printf "
                   rb"interceptor: %\n \(reported once per process\)\n", b"", text)
     if emulated:
@@ -163,7 +163,7 @@ def run(case, args, scratch, run_streams):
     code, streams = run_streams(["sh", str(case / "cmd")], options, args.time_limit)
     if (work / "skip").exists():
         raise Skipped((work / "skip").read_text().strip())
-    streams = {name: without_remarks(text, bool(args.emulator)) for name, text in streams.items()}
+    streams = {name: without_added_messages(text, bool(args.emulator)) for name, text in streams.items()}
     return Result(status_name(code), streams, plain_files(work))
 
 
@@ -198,7 +198,7 @@ def expectation(case, stream_names, release):
 
 
 def printable(text):
-    """The lines of `text` in ASCII, with their line feeds shown and cut to a readable length."""
+    """The lines of `text` in ASCII, with visible newlines, and cut to a readable length."""
     lines = [repr(line)[2:-1] for line in re.findall(rb"[^\n]*\n|[^\n]+", text)]
     return [line if len(line) <= DIFF_COLUMNS else
             f"{line[:DIFF_COLUMNS]}... ({len(line)} columns)" for line in lines]
@@ -207,7 +207,7 @@ def printable(text):
 def print_difference(what, expected, actual):
     lines = list(difflib.unified_diff(printable(expected), printable(actual),
                                       f"{what} (expected)", f"{what} (actual)", lineterm=""))
-    print("\n".join(lines[:DIFF_LINES] or [f"{what}: long lines differ behind what is shown"]))
+    print("\n".join(lines[:DIFF_LINES] or [f"{what}: long lines differ after the part that is shown"]))
     if len(lines) > DIFF_LINES:
         print(f"... and {len(lines) - DIFF_LINES} lines more")
 

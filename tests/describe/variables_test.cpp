@@ -43,7 +43,7 @@ TEST(Variables, AreEmptyIfMissing)
     }
 }
 
-TEST(Variables, AreEmptyAndPrintADiagnosticIfTheyAreNotTexts)
+TEST(Variables, AreEmptyAndPrintADiagnosticIfTheyAreNotStrings)
 {
     for (const char* const value : {"1", "1.5", "true", "null", "[\"x\"]", "{}", "{\"x\":\"y\"}"}) {
         const std::string details = std::string("{\"a\":") + value + "}";

@@ -5,8 +5,8 @@ usage: damage_table_test.py --program PROGRAM [--emulator COMMAND] --jsoncpp REL
 
 A row of the tables is: damage, line, time, event, detail. One without time, event and detail says
 that the line has no event; "(reported)" says that there is a diagnostic before the table.
-A release of JsonCpp may stand before the damage: the row counts from this release on, and takes the
-place of one with the same line that counts for older releases.
+A release of JsonCpp may come before the damage. The row is then for this release and newer ones, and
+replaces the row with the same line for older releases.
 """
 
 import argparse
@@ -30,7 +30,7 @@ def bytes_of(line):
 
 
 def rows_for(release, page):
-    """The rows that count for this release of JsonCpp, by their line."""
+    """The rows that are for this release of JsonCpp, by their line."""
     rows = {}
     for first, damage, line, *columns in ROW.findall(page):
         if line in rows and not first:

@@ -50,7 +50,7 @@ def markdown_blocks(text):
         elif fenced or line.startswith("    "):
             block.append((number, line if fenced else line[4:]))
             continue
-        elif not line and block and not fenced:  # blank lines may stand in an indented block
+        elif not line and block and not fenced:  # an indented block may have empty lines
             block.append((number, ""))
             continue
         if block:
@@ -92,7 +92,7 @@ def examples_of(block):
         elif re.match(r"(\S*/)?events-viewer ", line):
             sys.exit(f"line {number}: an example that is not run, since it has no '$ ': {line}")
     for example in examples:
-        example.output = without_blank_end(example.output)
+        example.output = without_empty_lines_at_the_end(example.output)
         if example.output[-1:] == ["^C"]:
             example.interrupted = True
             example.output.pop()
@@ -105,7 +105,7 @@ def matches(expected, actual):
     return re.fullmatch(pattern, "".join(line + "\n" for line in actual)) is not None
 
 
-def without_blank_end(lines):
+def without_empty_lines_at_the_end(lines):
     while lines and not lines[-1]:
         lines = lines[:-1]
     return lines
@@ -120,8 +120,8 @@ def run(example, folder, environment, emulated):
                                    stderr=subprocess.STDOUT, start_new_session=True)
 
     def lines():
-        text = run_case.without_remarks(path.read_bytes(), emulated)
-        return without_blank_end(COLOUR.sub("", text.decode(errors="backslashreplace")).split("\n"))
+        text = run_case.without_added_messages(path.read_bytes(), emulated)
+        return without_empty_lines_at_the_end(COLOUR.sub("", text.decode(errors="backslashreplace")).split("\n"))
 
     deadline = time.monotonic() + LIMIT
     if example.interrupted:

@@ -6,12 +6,12 @@
 set -eu
 
 # Whether other manuals are installed on this machine does not matter.
-remarks=$(
+findings=$(
     mandoc -T lint -W style "$1" 2>&1 | grep -Ev 'outdated mandoc.db|referenced manual not found' || :
     MANWIDTH=80 man --warnings -E UTF-8 -l -Tutf8 -Z "$1" 2>&1 >/dev/null
     grep -qxF ".Os events-viewer $2" "$1" || echo "$1: the line .Os does not name the version $2"
 )
-if [ -n "$remarks" ]; then
-    printf '%s\n' "$remarks"
+if [ -n "$findings" ]; then
+    printf '%s\n' "$findings"
     exit 1
 fi

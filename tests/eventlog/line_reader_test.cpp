@@ -75,7 +75,7 @@ TEST_F(LineReaderTest, GivesNothingForAFolder)
 TEST_F(LineReaderTest, JoinsLinesThatLieAcrossBlocks)
 {
     // Lengths around the size of a block and its multiples, so that the newline is the last byte of
-    // a block, the first of the next, and everything near.
+    // a block, the first of the next, or close to these.
     for (const std::size_t block : {65536U, 131072U, 262144U}) {
         for (std::size_t length = block - 3; length <= block + 3; ++length) {
             const std::string first(length, 'a');

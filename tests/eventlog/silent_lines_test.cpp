@@ -13,7 +13,7 @@
 namespace eventsviewer {
 namespace {
 
-// In an allocation of exactly its size, so that sanitizers notice a look past its end.
+// In an allocation of exactly its size, so that sanitizers notice a read past its end.
 std::size_t silentLengthOf(const std::string& lines)
 {
     const std::vector<char> bytes(lines.begin(), lines.end());
@@ -43,7 +43,7 @@ TEST(SilentLength, CountsALineWithoutAnId)
     EXPECT_TRUE(isSilent("{id\"iid\"\"i\"d\""));
 }
 
-TEST(SilentLength, AllowsBlanksAndTabsBetweenTheTokens)
+TEST(SilentLength, AllowsSpacesAndTabsBetweenTheTokens)
 {
     EXPECT_TRUE(isSilent("{ \t\"id\" \t: \t12 \t, \"time\": \"t\"}"));
     EXPECT_TRUE(isSilent("{ \"id\" : 12 }"));
@@ -91,7 +91,7 @@ TEST(SilentLength, StopsAtAnEscapedLetterOfId)
 
 TEST(SilentLength, FindsANeedleWhateverIsAroundIt)
 {
-    // Needles are looked for in several bytes at a time, until close to the end.
+    // Needles are searched several bytes at a time, except near the end.
     for (const std::string needle : {"\"id\"", "\"\\u006", "\"i\\u006"}) {
         for (std::size_t before = 0; before < 40; ++before) {
             for (const char filler : {'x', '"', 'i', 'd', '0', 'u', '\\', '}'}) {

@@ -62,7 +62,7 @@ int failingError = 0;
 bool failsOn = false;
 File files[kDescriptors];
 
-// Lets a call of ours through; what a program leaves in the sixth argument is not this.
+// Lets a call of ours through. A program does not leave this value in the sixth argument.
 constexpr std::uint32_t kLetThrough = 0x7e57ca11;
 
 bool fails(Kind kind)

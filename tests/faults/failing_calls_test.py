@@ -2,8 +2,8 @@
 """Runs the program many times, each time with a different one of its calls failing, and checks
 that each run ends as outcomes.py allows.
 
-The runs are those of the CLI cases that do nothing but run the program. Without --all only a few
-cases are taken, and of each kind of call only twelve, evenly spread.
+The runs are those of the CLI cases that only run the program. Without --all only a few cases are
+taken, and of each kind of call only twelve, evenly spread.
 """
 
 import argparse
@@ -147,18 +147,18 @@ def faults(calls, kinds, limit):
 def opened_paths(runner, case, usual):
     paths = [runner.run(case, case.inputs, "open", number, errno.EACCES).failed_path
              for number in range(1, usual.calls["open"] + 1)]
-    # The log is not read where the export cannot be opened even without a fault.
+    # The log is not read if the export cannot be opened even without a fault.
     return paths if len(paths) > 1 else ["", ""]
 
 
 def check_case(runner, case, kinds, limit, bare_details):
-    """Counts the runs by what failed and how they ended; returns that, and what went wrong."""
+    """Counts the runs by what failed and how they ended; returns the counts and the violations."""
     usual = runner.run(case, case.inputs)
     counts = collections.Counter()
     wrong = []
     *export, older_log, log = opened_paths(runner, case, usual)
     if not {*export}.isdisjoint({older_log, log}) or any("/" in path for path in [*export, log]):
-        return counts, wrong  # it cannot be told which file fails, or the file is not the case's
+        return counts, wrong  # it is not known which file fails, or the file is not the case's
     judge = outcomes.Judge(usual, case.inputs, export[0] if export else None, [older_log, log],
                            lambda files: runner.run(case, files), bare_details)
     for kind, number, error, mode in faults(usual.calls, kinds, limit):

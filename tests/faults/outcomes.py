@@ -9,10 +9,10 @@ alloc  The usual output; or an end by SIGABRT before any of the table is printed
        as one that cannot be opened.
 open   A log file that cannot be opened is missing, and an export that cannot be opened ends the
        action there. Nothing is reported.
-read   What was interrupted or came in pieces is read on. Where a file cannot be read on, the line
-       before is its last, and the next file follows.
-write  What was interrupted or went in pieces is written on, but what the C library's streams
-       cannot write is lost. Nothing is reported; an export is then cut off.
+read   An interrupted or partial read is continued. If a file cannot be read further, the line
+       before the error is its last, and the next file follows.
+write  An interrupted or partial write is continued, but what the C library's streams cannot write
+       is lost. Nothing is reported; an export is then cut off.
 close  The usual output.
 """
 
@@ -39,11 +39,11 @@ class Run:
     files: dict = field(default_factory=dict)  # bytes by name
     calls: dict = field(default_factory=dict)  # number of calls by kind
     failed_path: str = ""  # the file that the failed call was about
-    transferred: int = 0  # bytes of it that had gone through before
+    transferred: int = 0  # bytes of it that were transferred before
 
 
 def lacks_one_piece(text, whole):
-    """Whether `text` is `whole` but for one contiguous piece."""
+    """Whether `text` is `whole` without one contiguous piece."""
     if len(text) > len(whole):
         return False
     head = 0
@@ -71,12 +71,12 @@ def is_row_without_a_text(row, usual, details_without_variables):
 
 
 def without_diagnostics(text):
-    """`text` without what is printed about variables: it depends on whether there are any."""
+    """`text` without the diagnostics of variables, which depend on whether there are any."""
     return PARSE_DIAGNOSTIC.sub(b"", text).replace(NO_TEXT, b"").replace(NO_VARIABLES, b"")
 
 
 def lacks_a_text(text, usual, details_without_variables):
-    """Whether the table `text` is the `usual` one but for the text of one row."""
+    """Whether the table `text` is the `usual` one, except for the strings of one row."""
     front, rows = split_table(text)
     usual_front, usual_rows = split_table(usual)
     if not rows or len(rows) != len(usual_rows):

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the program with files, pipes and disks that fail, and checks what comes out.
+"""Runs the program with files, pipes and disks that fail, and checks its output.
 
 usage: surroundings_test.py PROGRAM
 """

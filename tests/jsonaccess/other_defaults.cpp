@@ -1,5 +1,5 @@
-// The JSON access with a library whose defaults are all different: a setting that the access does
-// not make itself is wrong here.
+// The JSON access with a library whose defaults are all different: a setting that the JSON access
+// does not give explicitly is wrong here.
 
 #include <json/reader.h>
 #include <json/writer.h>

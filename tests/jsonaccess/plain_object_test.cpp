@@ -74,7 +74,7 @@ TEST(TakePlainObject, TakesWhatLogsAreMadeOf)
 
 TEST(TakePlainObject, TakesLinesOfEveryLength)
 {
-    // Characters are looked at in several bytes at a time, until close to the end.
+    // Characters are checked several bytes at a time, except near the end.
     for (std::size_t length = 0; length < 40; ++length) {
         const std::string text =
             "{\"" + std::string(length, 'k') + "\":\"" + std::string(length, 't');
@@ -169,7 +169,7 @@ TEST(TakePlainObject, TakesNoLongerObjectThan64KiB)
     EXPECT_FALSE(isPlain(begin + text + 'x' + end));
 }
 
-TEST(TakePlainTexts, TakesAnObjectOfNothingButTexts)
+TEST(TakePlainTexts, TakesAnObjectOfStringsOnly)
 {
     const auto isOfTexts = [](std::string_view text) { return takePlainTexts(text).has_value(); };
     EXPECT_TRUE(isOfTexts("{}"));

@@ -1,11 +1,11 @@
 // every_text_test CHARACTERS PIECES: reads every text of up to CHARACTERS characters, and every
 // text of up to PIECES pieces of JSON, as a plain object. Each text that is taken for one has to
 // give what JsonCpp gives: the members, their compact form, and the event. A text that is refused
-// proves nothing and has to prove nothing, since the program then asks JsonCpp.
+// is not compared, since the program then asks JsonCpp.
 //
-// The reader goes from left to right. So when it stops at a byte, all texts that go on from there
-// are refused as well and need not be read. Up to kAlwaysRead symbols they are read all the same,
-// to see that this is so.
+// The reader goes from left to right. So if it stops at a byte, all texts that begin in the same
+// way are refused as well and need not be read. Those of up to kAlwaysRead symbols are
+// extended nevertheless, to check this.
 
 #include "eventlog/event_line.h"
 #include "jsonaccess/plain_object.h"
@@ -32,7 +32,7 @@ using jsonaccess::PlainMember;
 using jsonaccess::PlainMembers;
 using jsonaccess::PlainObject;
 
-// After the closing brace, as many symbols as this follow in every way.
+// After the closing brace, every combination of up to this many symbols follows.
 constexpr std::size_t kTail = 2;
 constexpr std::size_t kAlwaysRead = 3;
 
@@ -148,7 +148,7 @@ private:
     bool readText()
     {
         ++read_;
-        // In an allocation that ends with it, so that sanitizers notice a look past its end.
+        // In an allocation of exactly its size, so that sanitizers notice a read past its end.
         const std::size_t size = text_.size();
         if (size > exact_.size()) {
             exact_.resize(size);

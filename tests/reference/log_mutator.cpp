@@ -44,7 +44,7 @@ std::string LogMutator::variables(const vocabulary::Description& description)
         text += (text.empty() ? "\"" : ",\"") + slot.key +
                 "\":" + (explained ? '"' + firstReasonOf(slot.table) + '"' : anyValue());
     }
-    if (!text.empty() && oneIn(16)) { // the last of equal keys counts
+    if (!text.empty() && oneIn(16)) { // the last of equal keys wins
         const std::string others = variables(description);
         text += ',' + others.substr(1, others.size() - 2);
     }

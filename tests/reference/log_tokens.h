@@ -1,5 +1,5 @@
 // What the mutator puts into the lines of a log. Most of it is here because the JSON library, or
-// the fast path that avoids the library, treats it in a way of its own.
+// the fast path that avoids the library, treats it specially.
 
 #pragma once
 

@@ -9,13 +9,13 @@
 
 namespace eventsviewer::reference {
 
-// The program's whole job in the plainest way: every line goes through a string stream and a reader
-// made for it, every value is copied, every table goes through a string stream. Nothing is shared
-// with the program's source, not even the tables: the words come from the second copy in
+// A second, simple implementation of the program. Every line goes through a string stream and a
+// reader made for it. Every value is copied, and every table goes through a string stream. Nothing
+// is shared with the program's source, not even the tables: the words come from the second copy in
 // tests/vocabulary/. Tests compare the program's output with the output of this.
 
 /// As recentEventsTable of the program: the table of the newest `count` events, with the same
-/// diagnostics on std::cout on the way.
+/// diagnostics on std::cout.
 std::string recentEventsTable(const std::string& inputPath, std::size_t count);
 
 /// As allEventsTable of the program.

@@ -22,7 +22,7 @@ Json::Value get(const Json::Value& value, const std::string& key);
 /// The characters of a string; a diagnostic and a null pointer for anything else.
 const char* asCString(const Json::Value& value);
 
-/// `value` as an integer of 32 bits; a diagnostic and a fallback if it is none.
+/// `value` as an integer of 32 bits; a diagnostic and a fallback if it is not one.
 std::int32_t asInt(const Json::Value& value);
 
 } // namespace eventsviewer::reference

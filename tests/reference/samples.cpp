@@ -34,7 +34,8 @@ std::string usualValue(const vocabulary::Slot& slot)
     return quoted("the " + slot.key);
 }
 
-/// All variables of `description`, but `value` for the one with `key`; empty leaves it out.
+/// All variables of `description`, with `value` for the one with `key`. An empty `value` leaves it
+/// out.
 std::string variablesOf(const vocabulary::Description& description, const std::string& key = "",
                         const std::string& value = "")
 {

@@ -31,8 +31,8 @@ std::vector<Sample> everyDescriptionWithWrongVariables();
 /// Each reason in each description that explains it: by its name, and by names that are nearly it.
 std::vector<Sample> everyReason();
 
-/// Texts that are nearly the name of `reason`: in lower case, shortened, lengthened, with a space,
-/// its value, nothing, and its explanation.
+/// Strings that are nearly the name of `reason`: in lower case, shortened, lengthened, with a
+/// space, its value, nothing, and its explanation.
 std::vector<std::string> namesLike(const vocabulary::Reason& reason);
 
 } // namespace eventsviewer::reference

@@ -1,5 +1,5 @@
 // write_cases FOLDER: writes the cases whose log and table come from the vocabulary, each into a
-// folder of its own below FOLDER. The tables are the reference's.
+// folder of its own below FOLDER. The reference makes the tables.
 
 #include "reference/naive.h"
 #include "reference/naive_json.h"

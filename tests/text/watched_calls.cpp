@@ -55,7 +55,7 @@ void* operator new(std::size_t size)
     return memory;
 }
 
-// The sanitizers have one of their own, whose memory they would find deleted in another way.
+// The sanitizers have their own, and would report that its memory is freed by a different function.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     void* const memory = __real_malloc(size);

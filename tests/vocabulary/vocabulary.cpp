@@ -23,8 +23,8 @@ std::string withEach(std::string text, const std::string& part, const std::strin
     return text;
 }
 
-/// What `toRow` makes of each line of `file`; comments are skipped. `mayFollow` tells whether a row
-/// is allowed after the rows before it.
+/// The result of `toRow` for each line of `file`; comments are skipped. `mayFollow` tells whether a
+/// row is allowed after the rows before it.
 template <typename Row, typename ToRow, typename MayFollow>
 std::vector<Row> readRows(const char* file, const char* form, ToRow toRow, MayFollow mayFollow)
 {

@@ -39,8 +39,8 @@ constexpr const char* kEventNamesFile = "tests/vocabulary/event_names.txt";
 constexpr const char* kReasonsFile = "tests/vocabulary/reasons.txt";
 constexpr const char* kDescriptionsFile = "tests/vocabulary/descriptions.txt";
 
-/// The rows of the files. Codes ascend, and no table has two reasons with one name: a file that is
-/// otherwise, or has a row of another form, is refused by an exception that names the line.
+/// The rows of the files. Codes ascend, and no table has two reasons with one name: any other file,
+/// or a row of another form, is refused with an exception that names the line.
 const std::vector<EventName>& eventNames();
 const std::vector<Reason>& reasons();
 const std::vector<Description>& descriptions();

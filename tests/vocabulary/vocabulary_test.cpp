@@ -1,4 +1,4 @@
-// The program's tables beside their second copy, row by row and both ways.
+// Compares the program's tables with their second copy, row by row and in both directions.
 
 #include "catalog/event_name_table.h"
 #include "describe/description_catalog.h"

@@ -1,5 +1,5 @@
-// floor FILE: reads the file line by line, parses each line once with one reader, and does nothing
-// else. What the JSON library costs a program that uses it for every line.
+// jsoncpp_alone FILE: reads the file line by line, parses each line once with one reader, and does
+// nothing else. No program that uses the JSON library for every line can be faster.
 
 #include <json/reader.h>
 
@@ -11,7 +11,7 @@
 int main(int argc, char** argv)
 {
     if (argc != 2) {
-        std::cerr << "usage: floor FILE\n";
+        std::cerr << "usage: jsoncpp_alone FILE\n";
         return 2;
     }
     // With these two the library's defaults are the settings that the program uses.
