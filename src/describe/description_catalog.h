@@ -1,9 +1,9 @@
 // The descriptions: every event code that has one, one row a code, in ascending order.
 // To describe another event, add its row here.
 //
-// A row without slots is a fixed text. In any other row the text has one "%s" for each slot, in
-// the order of the slots: a key alone is replaced by that detail variable's text, a key with a
-// ReasonTable by the explanation found there for the variable's text.
+// A row without slots is a fixed text. In any other row the text has one "%s" for each slot, in the
+// order of the slots. A key alone stands for that detail variable. A key with a ReasonTable stands
+// for the explanation of the variable's value.
 //
 // The wording is kept byte for byte, doubled spaces between sentences included. What looks like a
 // mistake but is intentional has a comment above its row.

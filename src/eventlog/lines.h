@@ -17,8 +17,8 @@ inline std::size_t wholeLinesLength(std::string_view text)
                : static_cast<std::size_t>(static_cast<const char*>(newline) - text.data()) + 1;
 }
 
-/// Takes the first line away from `lines` and gives it without its newline. The first of no
-/// lines is empty.
+/// Removes the first line from `lines` and returns it without its newline. Without lines, returns
+/// an empty one.
 inline std::string_view takeFirstLine(std::string_view& lines)
 {
     const std::string_view line = lines.substr(0, lines.find('\n'));
@@ -26,7 +26,7 @@ inline std::string_view takeFirstLine(std::string_view& lines)
     return line;
 }
 
-/// Takes the last line away from `lines`, which are not empty, and gives it without its newline.
+/// Removes the last line from `lines`, which are not empty, and returns it without its newline.
 inline std::string_view takeLastLine(std::string_view& lines)
 {
     if (lines.back() == '\n') {

@@ -51,9 +51,9 @@ struct PlainObject {
     PlainMembers inner; ///< the members of that one object
 };
 
-/// Takes a plain object away from the beginning of `text`, without the library, and with the
-/// members that the library would read. Nothing if the object is not plain. Then only the library
-/// can parse it, and `text` is left at the first byte that is not plain, or empty.
+/// Removes a plain object from the beginning of `text` and returns it, with the members that the
+/// library would read. Nothing if the object is not plain. Then only the library can parse it, and
+/// `text` is left at the first byte that is not plain, or empty.
 std::optional<PlainObject> takePlainObject(std::string_view& text);
 
 /// The same for an object of strings only.

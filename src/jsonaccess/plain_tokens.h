@@ -7,7 +7,7 @@
 
 namespace eventsviewer::jsonaccess {
 
-/// Takes JSON tokens away from the beginning of a text. A function that finds something else there
+/// Removes JSON tokens from the beginning of a text. A function that finds something else there
 /// returns false.
 class PlainTokens {
 public:

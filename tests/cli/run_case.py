@@ -236,7 +236,7 @@ def compare(expected, actual):
 
 
 def write_or_remove(path, text):
-    if text or ".from-" in path.name:  # without the file an older release's would count
+    if text or ".from-" in path.name:  # otherwise an older release's file would be used
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(text)
     else:

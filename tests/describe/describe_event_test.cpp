@@ -22,7 +22,7 @@ std::string describe(std::int32_t code, const std::string& details)
     return describeEvent(code, textFromLiteral(details.c_str())).characters();
 }
 
-/// Expects of each sample what the reference says of it, and the same diagnostics.
+/// Expects for each sample the description and the diagnostics of the reference.
 void expectReferenceAgrees(const std::vector<reference::Sample>& samples)
 {
     ASSERT_FALSE(samples.empty());

@@ -11,9 +11,9 @@
 
 namespace eventsviewer::reference {
 
-/// Makes the lines of a log: events as the terminal writes them, and the same with damage of every
-/// kind that decides whether a line is an event and what reading it prints. A seed always
-/// gives the same lines.
+/// Makes the lines of a log: events as the terminal writes them, and the same with damage. There is
+/// every kind of damage that changes whether a line has an event or what is printed for it. A seed
+/// always gives the same lines.
 class LogMutator {
 public:
     explicit LogMutator(std::uint32_t seed) : random_(seed) {}

@@ -19,10 +19,10 @@ std::string compact(const Json::Value& value);
 /// empty string and a diagnostic.
 Json::Value get(const Json::Value& value, const std::string& key);
 
-/// The characters of a string; a diagnostic and a null pointer for anything else.
+/// The characters of a string. For anything else, prints a diagnostic and returns a null pointer.
 const char* asCString(const Json::Value& value);
 
-/// `value` as an integer of 32 bits; a diagnostic and a fallback if it is not one.
+/// `value` as an integer of 32 bits. If it is not one, prints a diagnostic and returns a fallback.
 std::int32_t asInt(const Json::Value& value);
 
 } // namespace eventsviewer::reference

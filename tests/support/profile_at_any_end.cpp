@@ -26,7 +26,7 @@ void writeProfile(int /*signal*/) // abort goes on afterwards
 {
     rlimit files = {};
     getrlimit(RLIMIT_NOFILE, &files);
-    files.rlim_cur = files.rlim_max; // the test may have left none for the profile
+    files.rlim_cur = files.rlim_max; // a test may have lowered the limit
     setrlimit(RLIMIT_NOFILE, &files);
     __llvm_profile_write_file();
 }
