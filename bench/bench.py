@@ -226,6 +226,7 @@ def main():
     if given.board:
         bench.instruction_gates(measure.Emulator(given.board.split(), plugin, given.scratch),
                                 {"all": 0.62, "not-ascii": 2.84, "reals": 2.82, "show": 0.0397})
+        report.write_board(f"{SOURCE}/doc/board.md", bench.gates)
     else:
         bench.instruction_gates(measure.Callgrind(), {"all": 0.45, "not-ascii": 2.6, "reals": 2.65,
                                                       "show": 0.0337})

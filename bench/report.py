@@ -1,5 +1,8 @@
-"""Writes the results of scripts/bench as a page and a chart."""
+"""Writes the results of scripts/bench as a page and a chart, and those of the board into its page."""
 import math
+import os
+import subprocess
+import sys
 
 # The colours of the lines and of their names, in light and in dark mode. All have a contrast of at
 # least 4.5 : 1 with the background.
@@ -136,3 +139,18 @@ def write(folder, gates, series, sizes, bytes_a_line, versions):
     with open(f"{folder}/performance.md", "w", encoding="utf-8") as file:
         file.write(PAGE.format(gates=gate_table(gates), cpu=cpu_table(series, sizes),
                                bytes_a_line=bytes_a_line, versions=versions))
+
+
+BOARD_SECTION = """## Speed
+
+Measured by `scripts/bench --board`, in the emulator of Debian 12, on the logs of
+[performance.md](performance.md). It fails if a figure exceeds its limit.
+
+{gates}
+"""
+
+
+def write_board(page, gates):
+    script = os.path.join(os.path.dirname(page), "../scripts/lib/write_section.py")
+    subprocess.run([sys.executable, script, page, "speed"], check=True, text=True,
+                   input=BOARD_SECTION.format(gates=gate_table(gates)))
