@@ -14,7 +14,7 @@ def run(command, **options):
 
 
 class Callgrind:
-    """Counts instructions in valgrind. The same to a few thousand from run to run."""
+    """Counts instructions in valgrind. Two runs differ by a few thousand at most."""
 
     def count(self, command):
         told = run(["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null", *command])

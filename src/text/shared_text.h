@@ -7,8 +7,8 @@ namespace eventsviewer {
 
 class SharedText;
 
-/// A new text formatted as by printf, as long as the format makes it. A null handle if that is
-/// empty, if formatting fails, or if there is no memory for the characters.
+/// A new string of any length, formatted as by printf. A null handle if that is empty, if
+/// formatting fails, or if there is no memory for the characters.
 [[gnu::format(printf, 1, 2)]] SharedText formatText(const char* format, ...);
 
 /// A handle to a reference-counted string that its holders share and nobody changes. A null handle,
@@ -49,11 +49,12 @@ private:
     Record* record_ = nullptr;
 };
 
-/// A new text that owns a copy of `text`. Without memory for the copy it reads as the empty text.
+/// A new string that owns a copy of `text`. Without memory for the copy it reads as the empty
+/// string.
 SharedText textFromLiteral(const char* text);
 
-/// A new text that borrows `text`, a constant that outlives it, and copies nothing. The tables are
-/// constants, not objects made at every start, so each lookup makes the record that it returns.
+/// A new string that borrows `text`, a constant that outlives it, and copies nothing. The tables
+/// are constants, not objects made at every start, so each lookup makes the record that it returns.
 SharedText textFromConstant(const char* text);
 
 } // namespace eventsviewer

@@ -24,8 +24,8 @@ std::vector<Sample> everyCode();
 /// table.
 std::vector<Sample> everyDescription();
 
-/// Each description without variables, with each one missing, and with each one of each other JSON
-/// type than string.
+/// Each description without variables, with each variable missing, and with each variable of every
+/// JSON type except string.
 std::vector<Sample> everyDescriptionWithWrongVariables();
 
 /// Each reason in each description that explains it: by its name, and by names that are nearly it.

@@ -181,7 +181,7 @@ TEST(TextFromLiteral, WithoutMemoryReadsAsTheEmptyText)
     EXPECT_EQ(0U, text.length());
 }
 
-// How often malloc is called to copy a text of `length` bytes. It fails, so nothing is copied.
+// How often malloc is called to copy a string of `length` bytes. It fails, so nothing is copied.
 int allocationsForALengthOf(std::size_t length)
 {
     const int before = allocations;
