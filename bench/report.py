@@ -144,7 +144,7 @@ def write(folder, gates, series, sizes, bytes_a_line, versions):
 BOARD_SECTION = """## Speed
 
 Measured by `scripts/bench --board`, in the emulator of Debian 12, on the logs of
-[performance.md](performance.md). It fails if a figure exceeds its limit.
+[performance.md](performance.md). The script fails if a figure exceeds its limit.
 
 {gates}
 """
