@@ -11,6 +11,8 @@ def event_table(tables):
     """The described events and the variables of each; those that a table explains have an asterisk."""
     lines = ["| code | event | variables |", "|---|---|---|"]
     for code, description in sorted(tables["descriptions"].items(), key=lambda item: int(item[0])):
+        if code not in tables["names"]:
+            sys.exit(f"src/catalog/event_name_table.h lacks {code}, which has a description")
         variables = ", ".join(f"`{slot['key']}`" + r"\*" * ("table" in slot)
                               for slot in description["slots"])
         lines.append(f"| {code} | {tables['names'][code]} | {variables} |".replace("|  |", "| |"))
