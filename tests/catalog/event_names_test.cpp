@@ -16,14 +16,21 @@ namespace eventsviewer {
 namespace {
 
 // From ten before the first code that has a name in either copy to ten after the last.
-const std::int32_t kFrom =
-    std::min(std::begin(EventNameTable)->code, vocabulary::eventNames().front().code) - 10;
-const std::int32_t kTo =
-    std::max(std::prev(std::end(EventNameTable))->code, vocabulary::eventNames().back().code) + 10;
+std::int32_t from()
+{
+    return std::min(std::begin(EventNameTable)->code, vocabulary::eventNames().front().code) - 10;
+}
+
+std::int32_t to()
+{
+    return std::max(std::prev(std::end(EventNameTable))->code,
+                    vocabulary::eventNames().back().code) +
+           10;
+}
 
 TEST(EventNameFor, GivesEachCodeItsNameAndEachHoleItsNumber)
 {
-    for (std::int32_t code = kFrom; code <= kTo; ++code) {
+    for (std::int32_t code = from(); code <= to(); ++code) {
         EXPECT_EQ(reference::nameOf(code), eventNameFor(code)) << vocabulary::kEventNamesFile;
     }
 }
@@ -31,7 +38,7 @@ TEST(EventNameFor, GivesEachCodeItsNameAndEachHoleItsNumber)
 TEST(EventNameFor, GivesNoNameTwice)
 {
     std::set<std::string> names;
-    for (std::int32_t code = kFrom; code <= kTo; ++code) {
+    for (std::int32_t code = from(); code <= to(); ++code) {
         EXPECT_TRUE(names.insert(eventNameFor(code)).second) << code;
     }
 }
