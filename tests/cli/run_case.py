@@ -15,7 +15,9 @@ A case folder holds
 Some bytes are JsonCpp's own and differ between its releases: its wording of an error, and what it
 reports as an error in the log. For these, expected/ may hold a second file "stdout.from-1.9.6" next
 to "stdout" (and so for every name above). Of all files of a name, the newest release that is not
-newer than the linked one wins. The file without a release is for all older ones.
+newer than the linked one wins. The file without a release is for all older ones. JsonCpp before
+1.9.3 also writes other bytes where char is unsigned, as on the board. For these, expected/ may hold
+"stdout.unsigned-char", which then takes the place of "stdout".
 
 Afterwards the fresh folder must hold the inputs and expected/files to the byte, and no other file.
 Only names that begin with "generated" are ignored: they are for cmd's own use. A cmd that cannot do
@@ -38,9 +40,10 @@ import tempfile
 import termios
 import time
 from pathlib import Path
+from typing import NamedTuple
 
 EXIT_SKIPPED = 77
-EXPECTED_NAME = re.compile(r"(stdout|stderr|status|terminal|files)(\.from-1\.9\.\d+)?")
+EXPECTED_NAME = re.compile(r"(stdout|stderr|status|terminal|files)(\.from-1\.9\.\d+|\.unsigned-char)?")
 DIFF_LINES = 80
 DIFF_COLUMNS = 300
 PROGRAM_NAME = "events-viewer"
@@ -48,6 +51,12 @@ PROGRAM_NAME = "events-viewer"
 
 class Skipped(Exception):
     pass
+
+
+class Library(NamedTuple):
+    """What is known of the JsonCpp that the program is linked with."""
+    release: str
+    unsigned_char: bool
 
 
 class StillRunning(Exception):
@@ -171,26 +180,29 @@ def release_number(text):
     return tuple(int(number) for number in text.split("."))
 
 
-def path_for_release(path, release):
-    """`path` itself, or the one of its ".from-RELEASE" variants that counts for `release`."""
+def path_for_library(path, library):
+    """`path` itself, or the one of its variants that counts for `library`."""
     variants = {release_number(variant.name.split(".from-")[1]): variant
                 for variant in path.parent.glob(f"{path.name}.from-*")}
-    known = [first for first in variants if first <= release_number(release)]
-    return variants[max(known)] if known else path
+    known = [first for first in variants if first <= release_number(library.release)]
+    if known:
+        return variants[max(known)]
+    unsigned = path.with_name(f"{path.name}.unsigned-char")
+    return unsigned if library.unsigned_char and unsigned.exists() else path
 
 
 def read_if_there(path):
     return path.read_bytes() if path.exists() else b""
 
 
-def expectation(case, stream_names, release):
+def expectation(case, stream_names, library):
     expected = case / "expected"
     for path in expected.glob("*"):
         if not EXPECTED_NAME.fullmatch(path.name):
             sys.exit(f"{path}: not a name of something expected")
 
     def of(name):
-        return path_for_release(expected / name, release)
+        return path_for_library(expected / name, library)
 
     return Result(read_if_there(of("status")).decode().strip() or "0",
                   {name: read_if_there(of(name)) for name in stream_names},
@@ -236,16 +248,16 @@ def compare(expected, actual):
 
 
 def write_or_remove(path, text):
-    if text or ".from-" in path.name:  # otherwise an older release's file would be used
+    if text or "." in path.name:  # otherwise an older release's file would be used
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(text)
     else:
         path.unlink(missing_ok=True)
 
 
-def update(case, actual, release):
+def update(case, actual, library):
     def of(name):
-        return path_for_release(case / "expected" / name, release)
+        return path_for_library(case / "expected" / name, library)
 
     if "terminal" in actual.streams:
         of("terminal").write_bytes(actual.streams["terminal"])
@@ -269,6 +281,8 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--jsoncpp", required=True, metavar="RELEASE",
                         help="the release of JsonCpp that the program is linked with")
+    parser.add_argument("--unsigned-char", action="store_true",
+                        help="it was built for a machine where char is unsigned")
     parser.add_argument("--emulator", default=[], type=lambda text: [w for w in text.split(";") if w],
                         help="command that runs the program, its words parted by semicolons")
     parser.add_argument("--time-limit", type=float, default=120, metavar="SECONDS")
@@ -284,16 +298,17 @@ def main():
     case = args.case.resolve()
     scratch = Path(tempfile.mkdtemp(prefix=f"{case.name[:40]}."))
     runs = {"pipes": run_in_pipes}
-    if path_for_release(case / "expected" / "terminal", args.jsoncpp).exists():
+    library = Library(args.jsoncpp, args.unsigned_char)
+    if path_for_library(case / "expected" / "terminal", library).exists():
         runs["terminal"] = run_in_terminal
     same = True
     try:
         for name, run_streams in runs.items():
             actual = run(case, args, scratch / name, run_streams)
             if args.update:
-                update(case, actual, args.jsoncpp)
+                update(case, actual, library)
             else:
-                same = compare(expectation(case, actual.streams, args.jsoncpp), actual) and same
+                same = compare(expectation(case, actual.streams, library), actual) and same
     except Skipped as reason:
         print(f"skipped: {reason}")
         shutil.rmtree(scratch)
