@@ -112,7 +112,7 @@ class Bench:
         self.add("`--show`, memory on 1,000,000 lines minus that on 20,000",
                  measure.peak_bytes(self.viewer("--show", most))
                  - measure.peak_bytes(self.viewer("--show", few)), 0.3e6, "MB")
-        for style, damaged, limit in ("compact", 0, 1.78), ("realistic", 10, 1.58):
+        for style, damaged, limit in ("compact", 0, 1.8), ("realistic", 10, 1.58):
             most = self.log(MOST, style, damaged)
             self.add(f"`--all`, memory on 1,000,000 lines against the size of the log, {style}",
                      measure.peak_bytes(self.viewer("--all", most)) / os.path.getsize(most), limit)
