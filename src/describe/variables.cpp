@@ -4,10 +4,17 @@
 
 namespace eventsviewer {
 
-Variables::Variables(std::string_view details)
+namespace {
+
+std::optional<jsonaccess::PlainMembers> plainTexts(std::string_view details)
 {
-    std::string_view rest = details;
-    plain_ = jsonaccess::takePlainTexts(rest);
+    return jsonaccess::takePlainTexts(details);
+}
+
+} // namespace
+
+Variables::Variables(std::string_view details) : plain_(plainTexts(details))
+{
     if (!plain_.has_value()) {
         jsonaccess::parse(details, root_);
     }
