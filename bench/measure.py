@@ -2,12 +2,14 @@
 import os
 import re
 import subprocess
+import tempfile
 
 
-def run(command, **options):
-    """Runs `command` and returns what it prints on standard error; its output is thrown away."""
+def run(command):
+    """Runs `command` in an environment that never varies and returns what it prints on standard
+    error; its output is thrown away."""
     done = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True,
-                          check=False, **options)
+                          check=False, env={"PATH": os.environ["PATH"]})
     if done.returncode != 0:
         raise RuntimeError(f"{' '.join(command)}: status {done.returncode}\n{done.stderr}")
     return done.stderr
@@ -25,17 +27,13 @@ class Emulator:
     """Counts instructions in qemu's user emulation, five times faster than valgrind and for other
     machines too. Needs the plugin that count_instructions.c makes."""
 
-    def __init__(self, command, plugin, scratch):
-        self.command = command
-        self.plugin = plugin
-        self.result = os.path.join(scratch, "instructions")
+    def __init__(self, command, plugin):
+        self.command, self.plugin = command, plugin
 
     def count(self, command):
-        run([*self.command, "-plugin", f"file={self.plugin},out={self.result}", *command])
-        with open(self.result, encoding="ascii") as file:
-            count = int(file.read())
-        os.remove(self.result)
-        return count
+        with tempfile.NamedTemporaryFile("r") as told:
+            run([*self.command, "-plugin", self.plugin, "-d", "plugin", "-D", told.name, *command])
+            return int(told.read())
 
 
 def cpu_seconds(command, runs):

@@ -1,5 +1,7 @@
 #include "checks.h"
 
+#include "support/printable.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -10,13 +12,7 @@ namespace {
 
 void printEscaped(const char* title, std::string_view text)
 {
-    std::fprintf(stderr, "-- %s, %zu bytes:\n", title, text.size());
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool plain = byte == '\n' || (byte >= 0x20 && byte < 0x7f);
-        std::fprintf(stderr, plain ? "%c" : "\\x%02x", byte);
-    }
-    std::fputc('\n', stderr);
+    std::fprintf(stderr, "-- %s, %zu bytes:\n%s\n", title, text.size(), printable(text).c_str());
 }
 
 } // namespace

@@ -10,14 +10,12 @@
 #include "describe/describe_event.h"
 #include "eventlog/event_line.h"
 #include "reference/naive.h"
-#include "reference/naive_json.h"
 #include "support/captured_cout.h"
 #include "vocabulary/vocabulary.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <iostream>
-#include <sstream>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -101,47 +99,24 @@ Output checkedDescription(std::int32_t code, const std::string& details)
     return actual;
 }
 
-struct PlainEvent {
-    std::string details;
-    std::string printed; // by the conversion of the code: the damage itself is not reported
-};
-
-// What the reference makes of `line`, whose first member is an "id". Because of damage among the
-// variables, the library may read one of them as a second "id".
-PlainEvent plainEvent(const std::string& line)
-{
-    const CapturedCout printed;
-    Json::Value root;
-    std::istringstream stream(line);
-    std::cout.setstate(std::ios_base::failbit);
-    reference::extract(stream, root);
-    std::cout.clear();
-    reference::asInt(root["id"]);
-    Json::Value& variables = root["vars"];
-    if (!variables.isObject()) {
-        return {"{}", printed.text()};
-    }
-    for (const std::string& name : variables.getMemberNames()) {
-        if (variables[name].isNull()) {
-            variables.removeMember(name);
-        }
-    }
-    const std::string text = reference::compact(variables);
-    return {text.substr(0, text.find('\0')), printed.text()};
-}
-
 // The details that a log line with these variables gives.
 std::string detailsFromLog(std::int32_t code, std::string_view variables)
 {
     const std::string line =
         "{\"id\":" + std::to_string(code) + ",\"vars\":" + std::string(variables) + "}";
-    const PlainEvent plain = plainEvent(line);
+    std::unique_ptr<reference::Event> expected;
+    std::string expectedOutput;
+    {
+        const CapturedCout printed;
+        expected = reference::eventOf(line);
+        expectedOutput = printed.text();
+    }
     const CapturedCout printed;
     const auto event = parseEventLine(line);
     check(event != nullptr, "a line that begins with an \"id\" is an event");
-    checkSame(printed.text(), plain.printed, "the log's own damage is not reported");
+    checkSame(printed.text(), expectedOutput, "the log's own damage is not reported");
     std::string details = event->details.characters();
-    checkSame(details, plain.details, "the variables are rewritten as the reference does");
+    checkSame(details, expected->details, "the variables are rewritten as the reference does");
     return details;
 }
 

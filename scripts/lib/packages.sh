@@ -7,12 +7,10 @@
 require_packages() {
     packages_missing=
     for package in "$@"; do
-        is_package_installed "$package" || packages_missing="$packages_missing $package"
+        dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed ||
+            packages_missing="$packages_missing $package"
     done
-    if [ -z "$packages_missing" ]; then
-        return
-    fi
-
+    [ -n "$packages_missing" ] || return 0
     if ! command -v apt-get >/dev/null; then
         echo "There is no apt-get here. These Debian packages, or what replaces them, are needed: $*"
     elif [ "$(id -u)" -eq 0 ]; then
@@ -40,12 +38,8 @@ require_tools() {
 # tools in the pages' examples.
 require_for_tests() {
     require_packages cmake ninja-build libgtest-dev python3 \
-        bash zsh fish busybox jq less man-db mandoc parallel "$@"
-    require_tools cmake ctest ninja python3 bash zsh fish busybox jq less man mandoc parallel
-}
-
-is_package_installed() {
-    dpkg-query -W -f '${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
+        bash zsh fish busybox jq less man-db mandoc mount sqlite3 util-linux "$@"
+    require_tools cmake ctest ninja python3 bash zsh fish busybox jq less man mandoc mount sqlite3 unshare
 }
 
 # install_packages PREFIX...: installs $packages_missing by the command PREFIX... apt-get.

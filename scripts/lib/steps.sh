@@ -13,8 +13,11 @@ quietly() {
     return "$quietly_status"
 }
 
-# passed OUTPUT: how many tests passed according to CTest's OUTPUT, without those that were skipped.
-passed() {
-    passed_total=$(echo "$1" | sed -n 's/.* out of \([0-9]*\)$/\1/p')
-    echo $((passed_total - $(echo "$1" | grep -c '\*\*\*Skipped' || true)))
+# run_ctest ARGUMENT...: prints how many tests passed and which were skipped, or why one failed.
+run_ctest() {
+    ctest_output=$(ctest --no-tests=error --output-on-failure -j "$(nproc)" "$@") || {
+        echo "$ctest_output" | grep -Ev '^ +Start | Passed ' >&2
+        return 1
+    }
+    echo "$ctest_output" | grep -E 'tests passed|\(Skipped\)'
 }

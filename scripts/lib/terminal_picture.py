@@ -4,41 +4,28 @@ Every piece of text is stretched to its columns, so that the picture is the same
 monospaced font.
 """
 
+import itertools
 import re
 from xml.sax.saxutils import escape
 
 WIDTH, HEIGHT = 7.8, 17  # of a character
 MARGIN = 14
-BACKGROUND, FOREGROUND, PROMPT = "#1c2128", "#d0d7de", "#7ee787"
-WORDS = re.compile(r"\S+(?: \S+)*")
-STYLES = {"1;34": 'fill="#6cb6ff" font-weight="bold"', "0": ""}
-
-
-def pieces(line):
-    """The (style, text) pieces of a line, by the escape sequences in it."""
-    style = ""
-    for index, part in enumerate(re.split(r"\x1b\[([\d;]*)m", line)):
-        if index % 2:
-            style = STYLES[part]
-        elif part:
-            yield style, part
+BACKGROUND, FOREGROUND = "#1c2128", "#d0d7de"
+PROMPT = ' fill="#7ee787"'
+STYLES = {"1;34": ' fill="#6cb6ff" font-weight="bold"', "0": ""}
 
 
 def rows(text, columns):
-    """The rows that `text` takes on a terminal, each a list of (column, style, text)."""
+    """The rows that `text` takes on a terminal, each a list of (style, character)."""
     for line in text.splitlines():
-        row, column = [], 0
-        for style, part in pieces(line):
-            if line.startswith("$ "):
-                style = f'fill="{PROMPT}"'
-            while part:
-                if column == columns:
-                    yield row
-                    row, column = [], 0
-                fitting, part = part[:columns - column], part[columns - column:]
-                row.append((column, style, fitting))
-                column += len(fitting)
-        yield row
+        style = PROMPT if line.startswith("$ ") else ""
+        row = []
+        for index, part in enumerate(re.split(r"\x1b\[([\d;]*)m", line)):
+            if index % 2:
+                style = STYLES[part]
+            else:
+                row += [(style, character) for character in part]
+        yield from (row[at:at + columns] for at in range(0, max(1, len(row)), columns))
 
 
 def draw(text, columns):
@@ -50,11 +37,12 @@ def draw(text, columns):
              f'<rect width="100%" height="100%" rx="8" fill="{BACKGROUND}"/>',
              f'<g font-family="monospace" font-size="13" fill="{FOREGROUND}">']
     for number, row in enumerate(drawn):
-        for start, style, part in row:
-            for words in WORDS.finditer(part):  # not every browser keeps several spaces
-                column = start + words.start()
-                lines.append(
-                    f'<text x="{column * WIDTH + MARGIN:.1f}" y="{number * HEIGHT + MARGIN + 12}" '
-                    f'textLength="{len(words[0]) * WIDTH:.1f}" lengthAdjust="spacingAndGlyphs"'
-                    f'{" " + style if style else ""}>{escape(words[0])}</text>')
+        column = 0
+        for style, cells in itertools.groupby(row, key=lambda cell: cell[0]):
+            piece = "".join(character for _, character in cells)
+            unbroken = escape(piece).replace(" ", "\xa0")  # browsers run several spaces together
+            lines.append(f'<text x="{column * WIDTH + MARGIN:.1f}" y="{number * HEIGHT + MARGIN + 12}" '
+                         f'textLength="{len(piece) * WIDTH:.1f}" lengthAdjust="spacingAndGlyphs"{style}>'
+                         f'{unbroken}</text>')
+            column += len(piece)
     return "\n".join([*lines, "</g>", "</svg>", ""])

@@ -2,21 +2,22 @@
 #include "app/options.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <exception>
+#include <iostream>
 #include <new>
 
 namespace {
 
-// A file opened while a standard stream is closed would take its place, and what is printed would
-// go into the export.
-void openMissingStreams()
+// The export may take the descriptor of a standard output that is closed. Diagnostics, which alone
+// are written while a file is open, would then go into the export. To open /dev/null in its place
+// could fail, or take the descriptor that the log needs.
+void dropDiagnosticsIfOutputIsClosed()
 {
-    for (const int stream : {0, 1, 2}) {
-        if (fcntl(stream, F_GETFD) < 0 && open("/dev/null", O_RDWR) != stream) {
-            std::abort();
-        }
+    if (fcntl(STDOUT_FILENO, F_GETFD) < 0) {
+        std::cout.rdbuf(nullptr);
     }
 }
 
@@ -29,7 +30,7 @@ int main(int argc, char** argv)
     // silently if the JSON library runs out of memory and throws.
     std::set_new_handler(std::abort);
     std::set_terminate(std::abort);
-    openMissingStreams();
+    dropDiagnosticsIfOutputIsClosed();
 
     const auto options = eventsviewer::parseOptions(argc, argv);
     return options ? eventsviewer::runAction(*options, argv[0]) : eventsviewer::kExitUsageError;

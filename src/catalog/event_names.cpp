@@ -55,11 +55,29 @@ constexpr PackedTable kTable;
 
 } // namespace
 
+std::string_view knownEventName(std::int32_t code)
+{
+    const Row* const row = findCode(kTable.rows, code);
+    if (row == nullptr) {
+        return {};
+    }
+    const std::size_t begin = row != std::begin(kTable.rows) ? (row - 1)->nameEnd : 0;
+    return {kTable.names + begin, row->nameEnd - begin};
+}
+
+std::vector<std::int32_t> knownEventCodes()
+{
+    std::vector<std::int32_t> codes;
+    for (const Row& row : kTable.rows) {
+        codes.push_back(row.code);
+    }
+    return codes;
+}
+
 std::string eventNameFor(std::int32_t code)
 {
-    if (const Row* const row = findCode(kTable.rows, code)) {
-        const std::size_t begin = row != std::begin(kTable.rows) ? (row - 1)->nameEnd : 0;
-        return {kTable.names + begin, row->nameEnd - begin};
+    if (const std::string_view name = knownEventName(code); !name.empty()) {
+        return std::string(name);
     }
     return formatText("UNRECOGNIZED_EVENT_CODE_%" PRIu32, static_cast<std::uint32_t>(code))
         .characters();

@@ -1,17 +1,15 @@
 #pragma once
 
-#include <cstdint>
-
 namespace eventsviewer {
 
-/// One reason of an enumeration. The log carries the name; the value only fixes the order.
+/// One reason of an enumeration. The log carries the name.
 struct Reason {
-    std::int32_t value;
     const char* name;
     const char* explanation;
 };
 
-/// The rows of one reason enumeration, in ascending order of value.
+/// The rows of one reason enumeration, in ascending order of the values that they have there: the
+/// place of a row is its value.
 struct ReasonTable {
     const Reason* first;
     const Reason* last; ///< one past the last row

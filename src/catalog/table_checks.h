@@ -19,17 +19,6 @@ constexpr bool codesAscend(const Row (&rows)[rowCount])
 }
 
 template <typename Row, std::size_t rowCount>
-constexpr bool valuesCountFromZero(const Row (&rows)[rowCount])
-{
-    for (std::size_t i = 0; i < rowCount; ++i) {
-        if (rows[i].value != static_cast<std::int32_t>(i)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-template <typename Row, std::size_t rowCount>
 constexpr bool namesAreIdentifiers(const Row (&rows)[rowCount])
 {
     for (const Row& row : rows) {

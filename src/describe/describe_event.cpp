@@ -11,12 +11,10 @@ namespace eventsviewer {
 
 namespace {
 
-constexpr std::size_t kUsualTexts = 240; // bytes that the strings of one template rarely exceed
-
 SharedText fillTemplate(const Description& description, const Variables& variables)
 {
-    std::string scratch; // the text of each slot and its NUL
-    scratch.reserve(kUsualTexts);
+    static std::string scratch; // the text of each slot and its NUL; its memory is used again
+    scratch.clear();
     std::size_t starts[kMaxSlots] = {};
     std::size_t filled = 0;
     for (const Slot& slot : description.slots) {
@@ -28,7 +26,7 @@ SharedText fillTemplate(const Description& description, const Variables& variabl
         }
         scratch += '\0';
     }
-    const auto text = [&scratch, &starts](std::size_t slot) { return &scratch[starts[slot]]; };
+    const auto text = [&starts](std::size_t slot) { return &scratch[starts[slot]]; };
     static_assert(kMaxSlots == 8, "one argument for each slot");
     // The format uses as many of the strings as it has placeholders.
     return formatText(description.text, text(0), text(1), text(2), text(3), text(4), text(5),
@@ -40,8 +38,16 @@ SharedText fillTemplate(const Description& description, const Variables& variabl
 SharedText describeEvent(std::int32_t code, const SharedText& details)
 {
     const Variables variables({details.characters(), details.length()});
+    return describeEvent(findDescription(code), variables);
+}
 
-    const Description* const description = findCode(DescriptionCatalog, code);
+const Description* findDescription(std::int32_t code)
+{
+    return findCode(DescriptionCatalog, code);
+}
+
+SharedText describeEvent(const Description* description, const Variables& variables)
+{
     if (description == nullptr) {
         return textFromLiteral("Unknown");
     }

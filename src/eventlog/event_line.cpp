@@ -1,5 +1,6 @@
 #include "eventlog/event_line.h"
 
+#include "eventlog/lines.h"
 #include "jsonaccess/json_access.h"
 #include "jsonaccess/plain_object.h"
 
@@ -12,13 +13,13 @@ namespace {
 
 constexpr std::string_view kId = "id";
 constexpr std::string_view kTime = "time";
-constexpr std::string_view kVariables = "vars";
+constexpr std::string_view kVariables = "vars"; // the details of the record
 constexpr const char* kNoVariables = "{}";
 
 SharedText detailsOf(const jsonaccess::PlainMembers& variables)
 {
     static std::string json; // kept: memory for each event would cost more than the writing
-    jsonaccess::writeString(variables, json);
+    jsonaccess::writeTexts(variables, json);
     return textFromLiteral(json.c_str());
 }
 
@@ -33,13 +34,21 @@ std::unique_ptr<EventRecord> plainEvent(std::int32_t code, const jsonaccess::Pla
         hasVariables ? detailsOf(object.inner) : textFromLiteral(kNoVariables));
 }
 
+// While one lives, what is written to std::cout is dropped. std::cout is good afterwards.
+class SilencedCout {
+public:
+    SilencedCout() { std::cout.setstate(std::ios_base::failbit); }
+    SilencedCout(const SilencedCout&) = delete;
+    SilencedCout& operator=(const SilencedCout&) = delete;
+    ~SilencedCout() { std::cout.clear(); }
+};
+
 // A damaged log is expected: the parser's messages about its lines are dropped.
 Json::Value parseSilently(std::string_view text)
 {
+    const SilencedCout silence;
     Json::Value root;
-    std::cout.setstate(std::ios_base::failbit);
     jsonaccess::parse(text, root);
-    std::cout.clear();
     return root;
 }
 
@@ -97,14 +106,13 @@ std::unique_ptr<EventRecord> parsedEvent(const Json::Value& root)
 
 std::unique_ptr<EventRecord> parseEventLine(std::string_view line)
 {
-    const std::size_t brace = line.find('{');
+    const std::size_t brace = firstBrace(line);
     if (brace == std::string_view::npos) {
         return nullptr;
     }
     std::cout.clear(); // even if an earlier diagnostic could not be written
     const std::string_view text = line.substr(brace);
-    std::string_view rest = text;
-    if (const auto object = jsonaccess::takePlainObject(rest)) {
+    if (const auto object = jsonaccess::readPlainObject(text)) {
         const jsonaccess::PlainMember* const id = object->members.find(kId);
         if (id == nullptr) {
             return nullptr;

@@ -5,6 +5,7 @@
 #include "eventlog/lines.h"
 #include "eventlog/silent_lines.h"
 
+#include <iostream>
 #include <list>
 #include <memory>
 #include <string_view>
@@ -32,7 +33,7 @@ struct Candidate {
     std::string line;
 };
 
-void makeRoom(std::list<Candidate>& newest, std::size_t count)
+void dropOldestOf(std::list<Candidate>& newest, std::size_t count)
 {
     if (newest.size() == count) {
         newest.pop_front();
@@ -43,6 +44,10 @@ void makeRoom(std::list<Candidate>& newest, std::size_t count)
 // needs to be parsed before it is known to be among the newest of all.
 void addSilentLines(std::list<Candidate>& newest, std::size_t count, std::string_view lines)
 {
+    // As parsing each would do, even if an earlier diagnostic could not be written.
+    if (lines.find('{') != std::string_view::npos) {
+        std::cout.clear();
+    }
     std::list<Candidate> added;
     while (!lines.empty() && added.size() < count) {
         const std::string_view line = takeLastLine(lines);
@@ -60,10 +65,17 @@ void addSilentLines(std::list<Candidate>& newest, std::size_t count, std::string
             }
             break;
         }
-        makeRoom(newest, count - added.size());
+        dropOldestOf(newest, count - added.size());
         added.push_front(std::move(candidate));
     }
     newest.splice(newest.end(), added);
+}
+
+void addParsed(EventStore& store, std::unique_ptr<EventRecord> record)
+{
+    if (record != nullptr) {
+        store.push_back(std::move(record));
+    }
 }
 
 } // namespace
@@ -73,9 +85,7 @@ EventStore loadAllEvents(const std::string& inputPath)
     EventStore store;
     forLinesOf(inputPath, [&store](std::string_view lines) {
         while (!lines.empty()) {
-            if (auto record = parseEventLine(takeFirstLine(lines))) {
-                store.push_back(std::move(record));
-            }
+            addParsed(store, parseEventLine(takeFirstLine(lines)));
         }
     });
     return store;
@@ -86,24 +96,31 @@ EventStore loadRecentEvents(const std::string& inputPath, std::size_t count)
     // Most lines are too old to be shown: only those are parsed that might print something.
     std::list<Candidate> newest;
     forLinesOf(inputPath, [&newest, count](std::string_view lines) {
-        while (!lines.empty()) {
+        for (;;) {
             const std::size_t silent = silentLength(lines);
             addSilentLines(newest, count, lines.substr(0, silent));
             lines.remove_prefix(silent);
+            if (lines.empty()) {
+                return;
+            }
             if (auto record = parseEventLine(takeFirstLine(lines))) {
-                makeRoom(newest, count);
+                dropOldestOf(newest, count);
                 newest.push_back({std::move(record), {}});
             }
         }
     });
 
+    // Parsing silent lines so late must not make std::cout good: the last diagnostic of the log may
+    // be one that could not be written.
+    const std::ios_base::iostate state = std::cout.rdstate();
     EventStore store;
     while (!newest.empty()) {
         Candidate& oldest = newest.front();
-        store.push_back(oldest.record != nullptr ? std::move(oldest.record)
-                                                 : parseEventLine(oldest.line));
+        addParsed(store, oldest.record != nullptr ? std::move(oldest.record)
+                                                  : parseEventLine(oldest.line));
         newest.pop_front();
     }
+    std::cout.clear(state);
     return store;
 }
 

@@ -10,6 +10,8 @@ namespace eventsviewer {
 // A log at the path P is two files: its predecessor P.0, which is older, and P itself. A file that
 // cannot be opened counts as empty; one that cannot be read to its end counts up to the error.
 
+// Both functions leave std::cout in the state in which the last line with a "{" leaves it.
+
 /// Every event of the log at `inputPath`.
 EventStore loadAllEvents(const std::string& inputPath);
 

@@ -19,8 +19,8 @@ struct EventRecord {
     EventRecord(const EventRecord&) = delete;
     EventRecord& operator=(const EventRecord&) = delete;
 
-    std::int32_t reserved = 0; ///< the log's writer may give it a meaning; here it is always 0
-    SharedText details;        ///< the variables as compact JSON, "{}" at least
+    std::int32_t reserved = 0; ///< always 0; a field of the fixed form that others may use
+    SharedText details;        ///< the variables ("vars" in the log) as compact JSON, "{}" at least
     std::int32_t code;
     std::string time; ///< as the log has it, never parsed; may be empty
 };

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 
 namespace eventsviewer {
 
@@ -18,7 +19,14 @@ constexpr std::size_t kBlockSize = 65536;
 
 LineReader::LineReader(const std::string& path)
     : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)),
-      state_(descriptor_ < 0 ? State::Failed : State::Reading)
+      state_(descriptor_ < 0 ? State::Failed : State::Reading), error_(descriptor_ < 0 ? errno : 0),
+      mostBytes_(SIZE_MAX)
+{
+}
+
+LineReader::LineReader(int descriptor, std::size_t longest)
+    : descriptor_(descriptor), state_(descriptor < 0 ? State::Failed : State::Reading),
+      error_(descriptor < 0 ? errno : 0), mostBytes_(longest + 1)
 {
 }
 
@@ -31,14 +39,26 @@ LineReader::~LineReader()
 
 bool LineReader::next(std::string_view& lines)
 {
+    leftOutLine_ = false;
     while (state_ == State::Reading) {
-        const std::size_t searched = end_ - begin_; // the beginning of a line
+        std::size_t searched = end_ - begin_; // the beginning of a line
         readBlock();
-        const char* const text = buffer_.data();
-        const std::size_t found = wholeLinesLength({text + searched, end_ - searched});
+        const std::string_view text(buffer_.data(), end_);
+        if (skipping_) {
+            const std::size_t newline = text.find('\n');
+            skipping_ = newline == std::string_view::npos;
+            begin_ = searched = skipping_ ? end_ : newline + 1;
+        }
+        const std::size_t found = wholeLinesLength(text.substr(searched));
         if (found > 0) {
+            lines = text.substr(begin_, searched + found - begin_);
             begin_ = searched + found;
-            lines = {text, begin_};
+            return true;
+        }
+        if (end_ - begin_ == mostBytes_) {
+            leftOutLine_ = skipping_ = true;
+            begin_ = end_;
+            lines = "\n";
             return true;
         }
     }
@@ -55,8 +75,8 @@ void LineReader::readBlock()
         end_ -= begin_;
         begin_ = 0;
     }
-    if (end_ == buffer_.size()) { // of one line that goes on
-        buffer_.resize(std::max(kBlockSize, 2 * buffer_.size()));
+    if (end_ == buffer_.size()) { // one line fills it and goes on
+        buffer_.resize(std::min(std::max(kBlockSize, 2 * buffer_.size()), mostBytes_));
     }
     ssize_t count = 0;
     do {
@@ -66,6 +86,7 @@ void LineReader::readBlock()
         end_ += static_cast<std::size_t>(count);
     } else {
         state_ = count == 0 ? State::Ended : State::Failed;
+        error_ = count == 0 ? 0 : errno;
     }
 }
 

@@ -12,6 +12,11 @@ namespace eventsviewer {
 class LineReader {
 public:
     explicit LineReader(const std::string& path);
+
+    /// Reads an open file from where it is, and closes it in the end. Each line with more than
+    /// `longest` bytes is left out. A negative descriptor failed to open, as errno tells.
+    LineReader(int descriptor, std::size_t longest);
+
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
     ~LineReader();
@@ -20,6 +25,12 @@ public:
     /// none. They are valid until the next call. False when there are no more.
     bool next(std::string_view& lines);
 
+    /// Whether next gave one empty line in place of a line that was too long.
+    bool leftOutLine() const { return leftOutLine_; }
+
+    /// The errno of opening or reading, 0 without an error.
+    int error() const { return error_; }
+
 private:
     enum class State { Reading, Ended, Failed };
 
@@ -27,6 +38,10 @@ private:
 
     int descriptor_;
     State state_;
+    int error_ = 0;
+    bool leftOutLine_ = false;
+    bool skipping_ = false; // the rest of a line that is left out
+    std::size_t mostBytes_; // of the buffer
     std::vector<char> buffer_;
     std::size_t begin_ = 0; // the bytes not yet given out: begin_ up to end_
     std::size_t end_ = 0;

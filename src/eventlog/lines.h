@@ -7,6 +7,13 @@
 
 namespace eventsviewer {
 
+/// The position of the first "{" in `line`, or npos.
+inline std::size_t firstBrace(std::string_view line)
+{
+    const bool isFirst = !line.empty() && line.front() == '{'; // as in most lines
+    return isFirst ? 0 : line.find('{');
+}
+
 /// How many bytes of `text` are whole lines: up to its last newline, which counts.
 inline std::size_t wholeLinesLength(std::string_view text)
 {

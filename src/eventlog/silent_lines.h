@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace eventsviewer {
@@ -20,5 +22,18 @@ enum class LineKind {
 
 /// The kind of `line`, which must be silent.
 LineKind kindOfSilentLine(std::string_view line);
+
+// The same for lines that need not be silent. What is told is what parseEventLine would give.
+
+struct Glance {
+    LineKind kind = LineKind::Unclear;
+    std::int32_t code = 0; ///< of an event
+};
+
+/// What is known of `line` without parsing it.
+Glance glanceAt(std::string_view line);
+
+/// The time of the event of `line`, or nothing if only parseEventLine can tell.
+std::optional<std::string_view> timeAtAGlance(std::string_view line);
 
 } // namespace eventsviewer

@@ -3,8 +3,8 @@
 // - A text that does not parse, and an operation on a value of the wrong type, prints one line on
 //   std::cout that begins with "Tarvik workaround: ", and the caller goes on with the result given
 //   below. To print no such line, set std::cout to failed first.
-// - What the library calls a runtime error (nesting of more than 1000 levels above all) ends the
-//   process by abort, silently.
+// - What the library calls a runtime error (nesting of more than kMostNesting levels above all)
+//   ends the process by abort, silently, unless setRuntimeErrorHandler says otherwise.
 // - Exhausted memory is not caught.
 
 #pragma once
@@ -18,12 +18,22 @@
 
 namespace eventsviewer::jsonaccess {
 
+/// How many objects and arrays may be inside each other in a text.
+inline constexpr int kMostNesting = 1000;
+
+/// Called instead of abort when the library reports a runtime error. `handler` must not return, but
+/// may throw. std::abort unless set.
+void setRuntimeErrorHandler(void (*handler)());
+
 /// Parses the JSON value at the beginning of `text` into `root`, which must be null. Text after
 /// the value is ignored. After an error `root` keeps what was read before it.
 void parse(std::string_view text, Json::Value& root);
 
 /// `value` as JSON on one line, without spaces between the tokens.
 std::string writeString(const Json::Value& value);
+
+/// The same without the comments of `value`.
+std::string writeWithoutComments(const Json::Value& value);
 
 /// Whether the object `value` has a member `key`. Null and any other value have none; the latter
 /// prints a diagnostic.

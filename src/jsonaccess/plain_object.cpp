@@ -120,29 +120,33 @@ const PlainMember* PlainMembers::find(std::string_view key) const
     return nullptr;
 }
 
-std::optional<PlainObject> takePlainObject(std::string_view& text)
+std::optional<PlainObject> readPlainObject(std::string_view text, const char** end)
 {
     std::optional<PlainObject> object(std::in_place);
     PlainTokens tokens(plainPart(text));
     if (!takeObject(tokens, *object)) {
         object.reset();
     }
-    text.remove_prefix(static_cast<std::size_t>(tokens.at() - text.data()));
+    if (end != nullptr) {
+        *end = tokens.at();
+    }
     return object;
 }
 
-std::optional<PlainMembers> takePlainTexts(std::string_view& text)
+std::optional<PlainMembers> readPlainTexts(std::string_view text, const char** end)
 {
     std::optional<PlainMembers> members(std::in_place);
     PlainTokens tokens(plainPart(text));
     if (!takeTexts(tokens, *members)) {
         members.reset();
     }
-    text.remove_prefix(static_cast<std::size_t>(tokens.at() - text.data()));
+    if (end != nullptr) {
+        *end = tokens.at();
+    }
     return members;
 }
 
-void writeString(const PlainMembers& members, std::string& json)
+void writeTexts(const PlainMembers& members, std::string& json)
 {
     const PlainMember* ordered[PlainMembers::kMost] = {};
     std::size_t count = 0;

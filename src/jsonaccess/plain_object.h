@@ -46,21 +46,23 @@ private:
 
 /// An object whose members are strings, short numbers, and at most one object of strings only.
 struct PlainObject {
+    PlainObject() noexcept {} // NOLINT(modernize-use-equals-default): that would zero all first
+
     PlainMembers members;
     bool hasInner = false;
     PlainMembers inner; ///< the members of that one object
 };
 
-/// Removes a plain object from the beginning of `text` and returns it, with the members that the
-/// library would read. Nothing if the object is not plain. Then only the library can parse it, and
-/// `text` is left at the first byte that is not plain, or empty.
-std::optional<PlainObject> takePlainObject(std::string_view& text);
+/// The plain object at the beginning of `text`, with the members that the library would read.
+/// Nothing if the object is not plain: then only the library can parse it. `end`, if given, is set
+/// to where the object ends, or to the first byte that is not plain, or to the end of `text`.
+std::optional<PlainObject> readPlainObject(std::string_view text, const char** end = nullptr);
 
 /// The same for an object of strings only.
-std::optional<PlainMembers> takePlainTexts(std::string_view& text);
+std::optional<PlainMembers> readPlainTexts(std::string_view text, const char** end = nullptr);
 
 /// Makes `json` what the library would write for an object with `members`, all of them strings: one
 /// line, without spaces between the tokens.
-void writeString(const PlainMembers& members, std::string& json);
+void writeTexts(const PlainMembers& members, std::string& json);
 
 } // namespace eventsviewer::jsonaccess

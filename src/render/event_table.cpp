@@ -72,7 +72,7 @@ std::string renderEventTable(EventStore events, std::uint32_t count)
     }
     std::string table;
     appendHeading(table, events, std::min<std::size_t>(count, events.size()));
-    std::size_t sizeBefore = table.size(); // the last rows
+    std::size_t sizeBefore = table.size(); // before the last kManyRows rows
     for (std::size_t rows = 1; !events.empty(); ++rows) {
         appendRow(table, *events.front());
         events.pop_front();

@@ -7,7 +7,8 @@
 
 namespace eventsviewer {
 
-/// The table of `events`, with the heading stating the smaller of `count` and their number:
+/// The table of all `events`, with the heading stating the smaller of `count` and their number.
+/// `count` is part of the fixed form of this call: no caller needs another number than theirs.
 ///
 ///     Last 1 events from Nov 20 08:15:02 to Nov 20 08:15:02:
 ///

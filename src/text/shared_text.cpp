@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <cstring>
 
+static_assert(static_cast<char>(-1) > 0, "to be compiled with -funsigned-char");
+
 namespace eventsviewer {
 
 struct SharedText::Record {
@@ -24,6 +26,26 @@ struct SharedText::Record {
         length = static_cast<std::uint32_t>(textLength);
     }
 };
+
+namespace {
+
+void (*textMemoryHandler)() = nullptr;
+
+char* memoryFor(std::size_t bytes)
+{
+    void* const memory = std::malloc(bytes);
+    if (memory == nullptr && textMemoryHandler != nullptr) {
+        textMemoryHandler();
+    }
+    return static_cast<char*>(memory);
+}
+
+} // namespace
+
+void setTextMemoryHandler(void (*handler)())
+{
+    textMemoryHandler = handler;
+}
 
 SharedText::SharedText(const SharedText& other) noexcept : record_(other.record_)
 {
@@ -66,7 +88,7 @@ SharedText textFromLiteral(const char* text)
     const std::size_t length = std::strlen(text);
     // A string whose length does not fit 32 bits is treated as if there were no memory for it.
     const bool measurable = length < UINT32_MAX;
-    if (char* const copy = measurable ? static_cast<char*>(std::malloc(length + 1)) : nullptr) {
+    if (char* const copy = measurable ? memoryFor(length + 1) : nullptr) {
         std::memcpy(copy, text, length + 1);
         handle.record_->own(copy, length);
     }
@@ -94,7 +116,7 @@ SharedText formatText(const char* format, ...)
     SharedText text;
     if (formatted > 0) {
         const auto length = static_cast<std::size_t>(formatted);
-        if (char* const data = static_cast<char*>(std::malloc(length + 1))) {
+        if (char* const data = memoryFor(length + 1)) {
             if (length < sizeof buffer) {
                 std::memcpy(data, buffer, length + 1);
             } else {

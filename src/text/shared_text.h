@@ -11,9 +11,15 @@ class SharedText;
 /// formatting fails, or if there is no memory for the characters.
 [[gnu::format(printf, 1, 2)]] SharedText formatText(const char* format, ...);
 
+/// Called when there is no memory for the characters of a text, which else reads as empty. None
+/// unless set.
+void setTextMemoryHandler(void (*handler)());
+
 /// A handle to a reference-counted string that its holders share and nobody changes. A null handle,
 /// and a string whose memory could not be allocated, read as the empty string.
-/// Single-threaded: the references are counted in a plain integer.
+/// Single-threaded: the references are counted in a plain integer. The form of the handle and of
+/// its record is fixed, so it can be copied, which nobody does, and has a capacity that nobody
+/// reads.
 class SharedText {
 public:
     SharedText() noexcept = default;

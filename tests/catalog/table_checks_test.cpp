@@ -22,38 +22,25 @@ TEST(CodesAscend, AcceptsOnlyCodesThatGrowFromRowToRow)
 }
 
 struct ReasonRow {
-    std::int32_t value;
     const char* name;
     const char* explanation;
 };
 
-TEST(ValuesCountFromZero, AcceptsNoGapAndNoOtherStart)
-{
-    static constexpr ReasonRow kCounting[] = {{0, "A", ""}, {1, "B", ""}, {2, "C", ""}};
-    static constexpr ReasonRow kFromOne[] = {{1, "A", ""}, {2, "B", ""}};
-    static constexpr ReasonRow kOnlyTheFirstWrong[] = {{1, "A", ""}, {1, "B", ""}};
-    static constexpr ReasonRow kGap[] = {{0, "A", ""}, {1, "B", ""}, {3, "C", ""}};
-    EXPECT_TRUE(valuesCountFromZero(kCounting));
-    EXPECT_FALSE(valuesCountFromZero(kFromOne));
-    EXPECT_FALSE(valuesCountFromZero(kOnlyTheFirstWrong));
-    EXPECT_FALSE(valuesCountFromZero(kGap));
-}
-
 TEST(NamesAreIdentifiers, AcceptsOnlyCapitalsDigitsAndUnderscores)
 {
-    static constexpr ReasonRow kGood[] = {{0, "AZ_09", ""}, {1, "_", ""}};
+    static constexpr ReasonRow kGood[] = {{"AZ_09", ""}, {"_", ""}};
     EXPECT_TRUE(namesAreIdentifiers(kGood));
     for (const char* const name : {"", "Az", "A B", "A ", "A-B", "A@", "A[", "A/", "A:"}) {
-        const ReasonRow rows[] = {{0, "AZ_09", ""}, {1, name, ""}};
+        const ReasonRow rows[] = {{"AZ_09", ""}, {name, ""}};
         EXPECT_FALSE(namesAreIdentifiers(rows)) << name;
     }
 }
 
 TEST(NamesAreUnique, NoticesARepeatedName)
 {
-    static constexpr ReasonRow kDifferent[] = {{0, "A", ""}, {1, "AB", ""}, {2, "B", ""}};
-    static constexpr ReasonRow kFirstRepeated[] = {{0, "A", ""}, {1, "B", ""}, {2, "A", ""}};
-    static constexpr ReasonRow kSecondRepeated[] = {{0, "A", ""}, {1, "B", ""}, {2, "B", ""}};
+    static constexpr ReasonRow kDifferent[] = {{"A", ""}, {"AB", ""}, {"B", ""}};
+    static constexpr ReasonRow kFirstRepeated[] = {{"A", ""}, {"B", ""}, {"A", ""}};
+    static constexpr ReasonRow kSecondRepeated[] = {{"A", ""}, {"B", ""}, {"B", ""}};
     EXPECT_TRUE(namesAreUnique(kDifferent));
     EXPECT_FALSE(namesAreUnique(kFirstRepeated));
     EXPECT_FALSE(namesAreUnique(kSecondRepeated));
@@ -61,8 +48,8 @@ TEST(NamesAreUnique, NoticesARepeatedName)
 
 TEST(ExplanationsArePresent, NoticesAnEmptyOne)
 {
-    static constexpr ReasonRow kPresent[] = {{0, "A", "a"}, {1, "B", "b"}};
-    static constexpr ReasonRow kEmpty[] = {{0, "A", "a"}, {1, "B", ""}};
+    static constexpr ReasonRow kPresent[] = {{"A", "a"}, {"B", "b"}};
+    static constexpr ReasonRow kEmpty[] = {{"A", "a"}, {"B", ""}};
     EXPECT_TRUE(explanationsArePresent(kPresent));
     EXPECT_FALSE(explanationsArePresent(kEmpty));
 }

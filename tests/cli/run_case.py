@@ -3,14 +3,16 @@
 
 A case folder holds
   cmd               a POSIX shell script, run in a fresh folder that has copies of the inputs;
-                    ends with "exec events-viewer ..." so that a signal is seen as such
+                    ends with "exec events-viewer ..." so that a signal is seen as such; if it
+                    is missing, usual_cmd is run; the program has the name of its file
   expected/stdout   what it prints; a missing stdout or stderr means nothing is printed
   expected/stderr
   expected/status   the exit status, or the name of a signal; 0 if missing
   expected/terminal if present, the case is run again with both streams on a terminal, and this is
-                    what the terminal receives
+                    what the terminal receives; the terminal does not know its width
+  expected/terminal.80  the same for a terminal of 80 columns, or any other number
   expected/files/   the files that the run makes or changes
-  anything else     the inputs
+  anything else     the inputs, beside those that all cases of the program have (--inputs)
 
 Some bytes are JsonCpp's own and differ between its releases: its wording of an error, and what it
 reports as an error in the log. For these, expected/ may hold a second file "stdout.from-1.9.6" next
@@ -26,6 +28,8 @@ its work here writes the reason into a file named "skip".
 
 import argparse
 import difflib
+import fcntl
+import functools
 import os
 import pty
 import re
@@ -34,6 +38,7 @@ import select
 import shlex
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
@@ -43,10 +48,9 @@ from pathlib import Path
 from typing import NamedTuple
 
 EXIT_SKIPPED = 77
-EXPECTED_NAME = re.compile(r"(stdout|stderr|status|terminal|files)(\.from-1\.9\.\d+|\.unsigned-char)?")
+EXPECTED_NAME = re.compile(r"(stdout|stderr|status|terminal(\.\d+)?|files)(\.from-1\.9\.\d+|\.unsigned-char)?")
 DIFF_LINES = 80
 DIFF_COLUMNS = 300
-PROGRAM_NAME = "events-viewer"
 
 
 class Skipped(Exception):
@@ -71,14 +75,15 @@ class Result:
 
 
 def install_program(folder, program, emulator):
-    """Puts the program into `folder` under the name that it is to see as its own."""
-    folder.mkdir()
-    target = folder / PROGRAM_NAME
+    """Puts the program into `folder`, where it sees its bare name as its own."""
+    folder.mkdir(exist_ok=True)
+    name = os.path.basename(program)
+    target = folder / name
     if emulator:
         # A shell tells a script its whole path, where a program found on PATH sees its bare name.
         target.write_text(f"""#!/bin/sh
 name=$0
-[ "$name" != {shlex.quote(str(target))} ] || name={PROGRAM_NAME}
+[ "$name" != {shlex.quote(str(target))} ] || name={name}
 exec {shlex.join(emulator)} -0 "$name" {shlex.quote(program)} "$@"
 """)
         target.chmod(0o755)
@@ -116,8 +121,11 @@ def run_in_pipes(command, options, limit):
     return process.returncode, {"stdout": stdout, "stderr": stderr}
 
 
-def run_in_terminal(command, options, limit):
+def run_in_terminal(name, command, options, limit):
     master, slave = pty.openpty()
+    if name != "terminal":
+        size = struct.pack("4H", 24, int(name.split(".")[1]), 0, 0)
+        fcntl.ioctl(slave, termios.TIOCSWINSZ, size)
     modes = termios.tcgetattr(slave)
     modes[1] &= ~termios.OPOST  # a newline stays one
     termios.tcsetattr(slave, termios.TCSANOW, modes)
@@ -134,7 +142,7 @@ def run_in_terminal(command, options, limit):
         except OSError:  # the last writer has closed the terminal
             break
     os.close(master)
-    return process.wait(), {"terminal": received}
+    return process.wait(), {name: received}
 
 
 def without_added_messages(text, emulated):
@@ -154,9 +162,14 @@ def plain_files(folder):
             and not path.relative_to(folder).parts[0].startswith("generated")}
 
 
-def inputs(case):
-    return {path.name: path.read_bytes() for path in sorted(case.iterdir())
-            if path.name not in ("cmd", "expected")}
+def inputs(case, shared):
+    paths = [*(shared.iterdir() if shared else []), *case.iterdir()]
+    return {path.name: path.read_bytes() for path in paths if path.name not in ("cmd", "expected")}
+
+
+def script_of(case):
+    own = case / "cmd"
+    return own if own.exists() else Path(__file__).with_name("usual_cmd")
 
 
 def run(case, args, scratch, run_streams):
@@ -165,11 +178,11 @@ def run(case, args, scratch, run_streams):
     scratch.mkdir()
     install_program(bin_folder, os.path.abspath(args.program), args.emulator)
     work.mkdir()
-    for name, content in inputs(case).items():
+    for name, content in inputs(case, args.inputs).items():
         (work / name).write_bytes(content)
     options = {"cwd": work, "env": environment(bin_folder), "stdin": subprocess.DEVNULL,
                "start_new_session": True}
-    code, streams = run_streams(["sh", str(case / "cmd")], options, args.time_limit)
+    code, streams = run_streams(["sh", str(script_of(case))], options, args.time_limit)
     if (work / "skip").exists():
         raise Skipped((work / "skip").read_text().strip())
     streams = {name: without_added_messages(text, bool(args.emulator)) for name, text in streams.items()}
@@ -195,7 +208,7 @@ def read_if_there(path):
     return path.read_bytes() if path.exists() else b""
 
 
-def expectation(case, stream_names, library):
+def expectation(case, shared, stream_names, library):
     expected = case / "expected"
     for path in expected.glob("*"):
         if not EXPECTED_NAME.fullmatch(path.name):
@@ -206,7 +219,7 @@ def expectation(case, stream_names, library):
 
     return Result(read_if_there(of("status")).decode().strip() or "0",
                   {name: read_if_there(of(name)) for name in stream_names},
-                  {**inputs(case), **plain_files(of("files"))})
+                  {**inputs(case, shared), **plain_files(of("files"))})
 
 
 def printable(text):
@@ -255,12 +268,13 @@ def write_or_remove(path, text):
         path.unlink(missing_ok=True)
 
 
-def update(case, actual, library):
+def update(case, shared, actual, library):
     def of(name):
         return path_for_library(case / "expected" / name, library)
 
-    if "terminal" in actual.streams:
-        of("terminal").write_bytes(actual.streams["terminal"])
+    if "stdout" not in actual.streams:
+        for name, text in actual.streams.items():
+            of(name).write_bytes(text)
         return
     status = "" if actual.status == "0" else f"{actual.status}\n"
     write_or_remove(of("status"), status.encode())
@@ -268,7 +282,7 @@ def update(case, actual, library):
         write_or_remove(of(name), text)
     files = of("files")
     shutil.rmtree(files, ignore_errors=True)
-    unchanged = inputs(case)
+    unchanged = inputs(case, shared)
     for name, text in actual.files.items():
         if unchanged.get(name) != text:
             path = files / name
@@ -285,6 +299,8 @@ def main():
                         help="it was built for a machine where char is unsigned")
     parser.add_argument("--emulator", default=[], type=lambda text: [w for w in text.split(";") if w],
                         help="command that runs the program, its words parted by semicolons")
+    parser.add_argument("--inputs", type=Path, metavar="FOLDER",
+                        help="files that each case has beside its own")
     parser.add_argument("--time-limit", type=float, default=120, metavar="SECONDS")
     parser.add_argument("--update", action="store_true",
                         help="make what the program does now the expectation")
@@ -299,16 +315,19 @@ def main():
     scratch = Path(tempfile.mkdtemp(prefix=f"{case.name[:40]}."))
     runs = {"pipes": run_in_pipes}
     library = Library(args.jsoncpp, args.unsigned_char)
-    if path_for_library(case / "expected" / "terminal", library).exists():
-        runs["terminal"] = run_in_terminal
+    for path in sorted((case / "expected").glob("terminal*")):
+        name = re.match(r"terminal(\.\d+)?", path.name)[0]
+        if path_for_library(path.with_name(name), library).exists():
+            runs[name] = functools.partial(run_in_terminal, name)
     same = True
     try:
         for name, run_streams in runs.items():
             actual = run(case, args, scratch / name, run_streams)
             if args.update:
-                update(case, actual, library)
+                update(case, args.inputs, actual, library)
             else:
-                same = compare(expectation(case, actual.streams, library), actual) and same
+                same = compare(expectation(case, args.inputs, actual.streams, library),
+                               actual) and same
     except Skipped as reason:
         print(f"skipped: {reason}")
         shutil.rmtree(scratch)

@@ -1,8 +1,8 @@
 """Drives the completion of real shells.
 
 A shell is asked with `candidates(line)`: the sorted words that it puts in the place of the last
-word of `line`, which is a command line of events-viewer; none if it knows nothing. A folder has no
-slash at its end, and an argument not the "--option=" before it, since the shells differ there.
+word of `line`, which is a command line of one of the programs; none if it knows nothing. A folder
+has no slash at its end, and an argument not the "--option=" before it, since the shells differ there.
 """
 
 import json
@@ -18,14 +18,16 @@ LIMIT = 60  # seconds
 INSERT_ALL = "\x14"  # Control-T, bound to a command that inserts every candidate
 READY, BEGIN, END = "[ready]", "[begin]", "[end]"
 
-# A function in place of the program that shows the words of the finished line. It joins each marker
+# A function in place of each program that shows the words of the finished line. It joins each marker
 # from pieces, so that the line that defines it does not contain one.
-SHOW_WORDS = ("events-viewer() { "
-              "printf '%s%s' '[beg' 'in]'; printf '%s\\n' \"$@\"; printf '%s%s' '[en' 'd]'; }")
+SHOW_WORDS = ["show() { "
+              "printf '%s%s' '[beg' 'in]'; printf '%s\\n' \"$@\"; printf '%s%s' '[en' 'd]'; }",
+              'events-viewer() { show "$@"; }', 'events-query() { show "$@"; }']
 
 
 def alike(candidates):
-    return sorted(re.sub(r"^--\w+=(?=.)|=$|/$", "", word) for word in candidates)
+    # fish offers an option whose argument can be left out twice, with and without "=".
+    return sorted({re.sub(r"^--\w+=(?=.)|=$|/$", "", word) for word in candidates})
 
 
 class Interactive:
@@ -40,7 +42,7 @@ class Interactive:
             os.execvp(command[0], command)
         self.pid = pid
         self.shown = ""
-        for line in [*start, SHOW_WORDS, "printf '%s%s' '[rea' 'dy]'"]:
+        for line in [*start, *SHOW_WORDS, "printf '%s%s' '[rea' 'dy]'"]:
             self.type(f"{line}\n")
         self.wait_for(READY)
 
@@ -72,7 +74,7 @@ class Interactive:
 class Bash(Interactive):
     def __init__(self, completions, folder):
         super().__init__(["bash", "--noprofile", "--norc", "-i"],
-                         [f". {shlex.quote(str(completions / 'events-viewer.bash'))}",
+                         [*(f". {shlex.quote(str(file))}" for file in completions.glob("*.bash")),
                           r"""bind '"\C-t": insert-completions'"""], folder)
 
 
@@ -90,7 +92,8 @@ class Fish:
     """fish completes a line without a terminal."""
 
     def __init__(self, completions, folder):
-        self.source = f"source {shlex.quote(str(completions / 'events-viewer.fish'))}"
+        self.source = "; ".join(f"source {shlex.quote(str(file))}"
+                                for file in completions.glob("*.fish"))
         self.folder = folder
 
     def candidates(self, line):

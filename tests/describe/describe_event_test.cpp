@@ -1,13 +1,11 @@
 #include "describe/describe_event.h"
 
-#include "reference/naive.h"
-#include "reference/samples.h"
+#include "describe/variables.h"
 #include "support/captured_cout.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 namespace eventsviewer {
 namespace {
@@ -20,77 +18,6 @@ constexpr const char* kParseError =
 std::string describe(std::int32_t code, const std::string& details)
 {
     return describeEvent(code, textFromLiteral(details.c_str())).characters();
-}
-
-/// Expects for each sample the description and the diagnostics of the reference.
-void expectReferenceAgrees(const std::vector<reference::Sample>& samples)
-{
-    ASSERT_FALSE(samples.empty());
-    for (const reference::Sample& sample : samples) {
-        SCOPED_TRACE(std::to_string(sample.code) + " " + sample.variables);
-        std::string expected;
-        std::string expectedOutput;
-        {
-            const CapturedCout output;
-            expected = reference::describeEvent(sample.code, sample.variables);
-            expectedOutput = output.text();
-        }
-        const CapturedCout output;
-        EXPECT_EQ(expected, describe(sample.code, sample.variables));
-        EXPECT_EQ(expectedOutput, output.text());
-    }
-}
-
-TEST(DescribeEvent, DescribesNoOtherCode)
-{
-    expectReferenceAgrees(reference::everyCode());
-}
-
-TEST(DescribeEvent, FillsEveryDescriptionWithAllItsVariables)
-{
-    expectReferenceAgrees(reference::everyDescription());
-}
-
-TEST(DescribeEvent, FillsEveryDescriptionWithoutVariablesAndWithEachOneMissingOrNotAString)
-{
-    expectReferenceAgrees(reference::everyDescriptionWithWrongVariables());
-}
-
-TEST(DescribeEvent, ExplainsEveryReasonByItsExactNameAndByNothingElse)
-{
-    expectReferenceAgrees(reference::everyReason());
-}
-
-TEST(DescribeEvent, PrintsThePercentSignAfterTheRollOffFactor)
-{
-    EXPECT_EQ("The downstream this modem is receiving from has been updated:\n"
-              "Carrier frequency: 1200000 kHz\n"
-              "Symbol rate: 45000 KSps\n"
-              "Roll off factor: 20%\n"
-              "polarization(rx): RHCP",
-              describe(1242, R"({"freq":"1200000","symrate":"45000","rolloff":"20",)"
-                             R"("pol":"RHCP"})"));
-}
-
-TEST(DescribeEvent, TellsOfATimeAdjustmentForCode1227)
-{
-    EXPECT_EQ("This terminal is adjusting system time by 5 seconds\nOld: 10:00:00\nNew: 10:00:05",
-              describe(1227, R"({"delta_time":"5","old_time":"10:00:00","new_time":"10:00:05"})"));
-}
-
-TEST(DescribeEvent, KeepsBothSpacesBeforeAnOptionsError)
-{
-    EXPECT_EQ("This terminal is misconfigured.\nReason:  The BUC options update was rejected; "
-              "incompatible with the BUC calibration file.",
-              describe(1283, R"({"options_error_reason":"BUC_OPTIONS_UPDATE_REJECTED"})"));
-}
-
-TEST(DescribeEvent, ShowsTheReasonForLeavingTheNetworkAsItIs)
-{
-    EXPECT_EQ("This terminal fell out of network.\nReason: NO_UCP",
-              describe(1229, R"({"out_of_network_reason":"NO_UCP"})"));
-    EXPECT_EQ("This terminal was forced to logout; NO_UCP",
-              describe(1232, R"({"forced_logout_reason":"NO_UCP"})"));
 }
 
 TEST(DescribeEvent, LeavesSpacesWhereVariablesAreMissing)
@@ -113,15 +40,6 @@ TEST(DescribeEvent, SaysTheSameOfAReasonThatIsANumberWithoutADiagnostic)
               "Reason: Failed to retrieve description; since noon",
               describe(1217, R"({"buc_not_calibrated_reason":1,"detail":"since noon"})"));
     EXPECT_EQ("", output.text());
-}
-
-TEST(DescribeEvent, ReadsTheConfigurationHashUnderItsMisspeltKeyOnly)
-{
-    EXPECT_EQ("This terminal failed to install its terminal configuration.  The configuration had "
-              "filename = f, version = v, and hash = .",
-              describe(1027, R"({"terminal_configuration_filename":"f",)"
-                             R"("terminal_configuration_version":"v",)"
-                             R"("terminal_configuration_hash":"h"})"));
 }
 
 TEST(DescribeEvent, PrintsOneDiagnosticForEachVariableThatIsNotAString)
@@ -212,6 +130,21 @@ TEST(DescribeEvent, ReadsVariablesFromTheTopLevelOnly)
 {
     EXPECT_EQ("This terminal is in network and authenticated on iNet .",
               describe(1228, R"({"nested":{"inet_id":"5"}})"));
+}
+
+TEST(DescribeEvent, AnswersForVariablesThatAreReadOnce)
+{
+    const CapturedCout output;
+    const Variables variables(R"({"inet_id":"3","beam_id":7,})");
+    const std::string parseError = output.text();
+    EXPECT_NE("", parseError);
+    EXPECT_STREQ("This terminal is in network and authenticated on iNet 3.",
+                 describeEvent(findDescription(1228), variables).characters());
+    EXPECT_STREQ("Unknown", describeEvent(findDescription(0), variables).characters());
+    EXPECT_EQ(parseError, output.text());
+    EXPECT_STREQ("This terminal switched beams and is now in network on iNet 3 and Beam .",
+                 describeEvent(findDescription(1244), variables).characters());
+    EXPECT_EQ(parseError + kNoString, output.text());
 }
 
 TEST(DescribeEvent, GivesEachCallerATextOfItsOwn)

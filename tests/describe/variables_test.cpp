@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace eventsviewer {
 namespace {
@@ -69,6 +72,55 @@ TEST(Variables, AreThoseBeforeTheBreak)
     EXPECT_NE("", output.text());
     EXPECT_EQ("x", variables.text("a"));
     EXPECT_FALSE(variables.isText("b"));
+}
+
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+TEST(Variables, AreGivenAllInTheOrderOfTheKeys)
+{
+    EXPECT_EQ((Pairs{{"a", "text"}, {"b", ""}}), Variables(kDetails[0]).all());
+    EXPECT_EQ((Pairs{{"a", "text"}, {"b", ""}, {"n", "1"}}), Variables(kDetails[1]).all());
+    EXPECT_EQ((Pairs{{"a", "text"}, {"b", ""}}), Variables(kDetails[2]).all());
+    EXPECT_EQ((Pairs{{"a", R"([{"x":null},"y"])"}, {"b", "z"}}),
+              Variables(R"({"b":"z\u0000y","a":[{"x":null},/*c*/"y"]})").all());
+}
+
+TEST(Variables, AreJsonWithoutComments)
+{
+    std::string made;
+    EXPECT_EQ(kDetails[0], Variables(kDetails[0]).json(made));
+    EXPECT_EQ(kDetails[1], Variables(kDetails[1]).json(made));
+    EXPECT_EQ(kDetails[0], Variables(kDetails[2]).json(made));
+    for (const char* const comment : {" /**/", "//{}", " /*c*/\n// }"}) {
+        const std::string details = std::string(kDetails[0]) + comment;
+        EXPECT_EQ(kDetails[0], Variables(details).json(made)) << comment;
+    }
+}
+
+TEST(Variables, AreNoneIfTheDetailsAreNotAnObject)
+{
+    std::string made;
+    for (const char* const details : {"", "7", "[\"a\"]", "\"a\""}) {
+        const CapturedCout output;
+        const Variables variables(details);
+        EXPECT_EQ(Pairs{}, variables.all()) << details;
+        EXPECT_EQ("{}", variables.json(made)) << details;
+        EXPECT_EQ("", variables.firstTextKey([](std::string_view) { return true; })) << details;
+    }
+}
+
+TEST(Variables, HaveAFirstKeyOfAString)
+{
+    const auto any = [](std::string_view) { return true; };
+    const auto notA = [](std::string_view key) { return key != "a"; };
+    const auto none = [](std::string_view) { return false; };
+    for (const char* const details : kDetails) {
+        EXPECT_EQ("a", Variables(details).firstTextKey(any)) << details;
+        EXPECT_EQ("b", Variables(details).firstTextKey(notA)) << details;
+        EXPECT_EQ("", Variables(details).firstTextKey(none)) << details;
+    }
+    EXPECT_EQ("b", Variables(R"({"a":1,"b":"x","c":"y"})").firstTextKey(any));
+    EXPECT_EQ("", Variables(R"({"a":1})").firstTextKey(any));
 }
 
 } // namespace

@@ -1,22 +1,25 @@
 #!/usr/bin/env python3
-"""Runs every example of a page and compares what it prints with what the page says.
+"""Runs the commands of a page as a reader pastes them, and compares what they print with the page.
 
-usage: examples_test.py --program PROGRAM [--emulator COMMAND] [--busybox] ROOT PAGE
+usage: examples_test.py --program PROGRAM... [--emulator COMMAND] [--busybox] ROOT PAGE
 
-An example is a block of code with a line that begins with "$ ": that line is a command of the
-shell, lines that begin with "> " go on with it, and the lines up to the next command are what it
-prints on both its streams. A line "..." stands for any number of lines. A last line "^C" says that
-the user interrupts the command, which is done here once the lines above it have come. What the
-program prints is compared without its colours, as the pages are.
+In Markdown a block of code marked "sh" holds commands, and one marked "text" what the commands
+before it print on both streams. In a manual an indented literal display holds commands, and one that
+is not indented what they print. Commands without such a block print nothing. A line "..." stands for
+any number of lines. A last line "^C" says that the user interrupts the commands, which is done here
+once the lines above it have come. What is printed is compared without colours and without the
+carriage returns of csv.
 
-The commands of a page run one after the other in a folder that has a copy of ROOT/examples in it.
-With --busybox they use BusyBox's tools, as on the board, in place of the system's.
+A shell reads each block of commands from its standard input. The blocks of a page are run one after
+the other in a folder that has a copy of ROOT/examples in it. With --busybox there are no tools but
+BusyBox's, as on the board, and those of which the same section of the page says "needs `TOOL`".
 """
 
 import argparse
 import difflib
 import os
 import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -27,50 +30,42 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "cli"))
 import run_case  # noqa: E402 (how a test has the program run by its name)
 
-COLOUR = re.compile(r"\x1b\[[0-9;]*m")
+UNSEEN = re.compile(r"\x1b\[[0-9;]*m|\r$", re.MULTILINE)
 MANUAL_ESCAPES = {r"\-": "-", r"\e": "\\", r"\&": "", r"\(aq": "'", r"\(ha": "^", r"\(ti": "~"}
-GNU_ONLY = ("less",)  # BusyBox's takes the colours out
+NEEDED = re.compile(r"\bneeds (?:GNU )?`(\w+)`")
 LIMIT = 60  # seconds for an example
 
 
 class Example:
-    def __init__(self, line, command):
+    def __init__(self, line, tools):
         self.line = line
-        self.command = command
+        self.tools = tools
+        self.commands = ""
         self.output = []
         self.interrupted = False
 
 
-def markdown_blocks(text):
-    """The blocks of code, fenced or indented, each a list of (line number, line)."""
-    block, fenced = [], False
-    for number, line in enumerate(text.split("\n") + [""], 1):
+def markdown_lines(text):
+    """Each line with its kind: "sh", "text", "" for other code, or None outside of code."""
+    fence = None
+    for line in text.split("\n"):
         if line.startswith("```"):
-            fenced = not fenced
-        elif fenced or line.startswith("    "):
-            block.append((number, line if fenced else line[4:]))
-            continue
-        elif not line and block and not fenced:  # an indented block may have empty lines
-            block.append((number, ""))
-            continue
-        if block:
-            yield block
-        block = []
-    if block:
-        yield block
+            fence = line[3:] if fence is None else None
+            yield None, ""
+        else:
+            indented = fence is None and line.startswith("    ")
+            yield ("", line[4:]) if indented else (fence, line)
 
 
-def manual_blocks(text):
-    """The literal displays of a manual, each a list of (line number, line)."""
-    block = None
+def manual_lines(text):
+    """The same for a manual, where literal displays are code."""
+    kind = None
     for number, line in enumerate(text.split("\n"), 1):
+        if line == ".Ed":
+            kind = None
+        yield kind, manual_text(number, line) if kind else line
         if line.startswith(".Bd -literal"):
-            block = []
-        elif line == ".Ed":
-            yield block
-            block = None
-        elif block is not None:
-            block.append((number, manual_text(number, line)))
+            kind = "sh" if line.endswith(" -offset indent") else "text"
 
 
 def manual_text(number, line):
@@ -80,17 +75,20 @@ def manual_text(number, line):
     return escape.sub(lambda match: MANUAL_ESCAPES[match[0]], line)
 
 
-def examples_of(block):
-    examples = []
-    for number, line in block:
-        if line.startswith("$ "):
-            examples.append(Example(number, line[2:]))
-        elif examples and line.startswith("> ") and not examples[-1].output:
-            examples[-1].command += "\n" + line[2:]
-        elif examples:
+def examples_of(lines):
+    examples, tools, before = [], set(), None
+    for number, (kind, line) in enumerate(lines, 1):
+        if kind is None:
+            tools = set() if line.startswith("#") else tools.union(NEEDED.findall(line))
+        elif kind == "sh":
+            if before != "sh":
+                examples.append(Example(number, tools))
+            examples[-1].commands += line + "\n"
+        elif re.match(r"\$ |(\S*/)?events-(viewer|query) ", line):
+            sys.exit(f"line {number}: a command that is not in a block of commands: {line}")
+        elif kind == "text":
             examples[-1].output.append(line)
-        elif re.match(r"(\S*/)?events-viewer ", line):
-            sys.exit(f"line {number}: an example that is not run, since it has no '$ ': {line}")
+        before = kind
     for example in examples:
         example.output = without_empty_lines_at_the_end(example.output)
         if example.output[-1:] == ["^C"]:
@@ -115,13 +113,15 @@ def run(example, folder, environment, emulated):
     """The lines that the example prints."""
     path = folder.parent / "output"
     with path.open("wb") as output:
-        process = subprocess.Popen(["sh", "-c", example.command], cwd=folder, env=environment,
-                                   stdin=subprocess.DEVNULL, stdout=output,
-                                   stderr=subprocess.STDOUT, start_new_session=True)
+        process = subprocess.Popen(["sh"], cwd=folder, env=environment, stdin=subprocess.PIPE,
+                                   stdout=output, stderr=subprocess.STDOUT, start_new_session=True)
+    with process.stdin as commands:
+        commands.write(example.commands.encode())
 
     def lines():
         text = run_case.without_added_messages(path.read_bytes(), emulated)
-        return without_empty_lines_at_the_end(COLOUR.sub("", text.decode(errors="backslashreplace")).split("\n"))
+        seen = UNSEEN.sub("", text.decode(errors="backslashreplace"))
+        return without_empty_lines_at_the_end(seen.split("\n"))
 
     deadline = time.monotonic() + LIMIT
     if example.interrupted:
@@ -136,47 +136,50 @@ def run(example, folder, environment, emulated):
     return lines()
 
 
-def put_busybox_first(folder, environment):
+def put_tools(folder, tools):
+    """Fills a new folder with BusyBox's tools and `tools`."""
     folder.mkdir()
     subprocess.run(["busybox", "--install", "-s", folder], check=True)
-    for name in GNU_ONLY:
-        (folder / name).unlink(missing_ok=True)
-    program_folder, rest = environment["PATH"].split(":", 1)
-    environment["PATH"] = f"{program_folder}:{folder}:{rest}"
+    for tool in tools:
+        (folder / tool).symlink_to(shutil.which(tool))
 
 
 def main():
     parser = argparse.ArgumentParser()
-    parser.add_argument("--program", required=True)
+    parser.add_argument("--program", required=True, action="append")
     parser.add_argument("--emulator", default="")
     parser.add_argument("--busybox", action="store_true")
     parser.add_argument("root", type=Path)
     parser.add_argument("page")
     args = parser.parse_args()
 
-    page = args.root / args.page
-    blocks = markdown_blocks if page.suffix == ".md" else manual_blocks
-    examples = [example for block in blocks(page.read_text()) for example in examples_of(block)]
+    lines = markdown_lines if args.page.endswith(".md") else manual_lines
+    examples = examples_of(lines((args.root / args.page).read_text()))
     if not examples:
         sys.exit(f"{args.page}: no example found")
 
     wrong = 0
     with tempfile.TemporaryDirectory() as scratch:
         scratch = Path(scratch)
-        run_case.install_program(scratch / "bin", os.path.abspath(args.program),
-                                 [word for word in args.emulator.split(";") if word])
+        # The emulator finds its tools even if the examples have BusyBox's only.
+        emulator = args.emulator and ["/usr/bin/env", f"PATH={os.environ['PATH']}",
+                                      *args.emulator.split(";")]
+        for program in args.program:
+            run_case.install_program(scratch / "bin", os.path.abspath(program), emulator)
         environment = run_case.environment(scratch / "bin")
         environment["HOME"] = str(scratch)
-        if args.busybox:
-            put_busybox_first(scratch / "busybox", environment)
         work = scratch / "work"
         work.mkdir()
         subprocess.run(["cp", "-r", args.root / "examples", work], check=True)
         for example in examples:
-            actual = run(example, work, environment, bool(args.emulator))
+            if args.busybox:
+                tools = scratch / f"tools_{example.line}"
+                put_tools(tools, example.tools)
+                environment["PATH"] = f"{scratch}/bin:{tools}"
+            actual = run(example, work, environment, bool(emulator))
             if not matches(example.output, actual):
                 wrong += 1
-                print(f"{args.page}:{example.line}: $ {example.command}")
+                print(f"{args.page}:{example.line}:\n{example.commands}", end="")
                 print("\n".join(difflib.unified_diff(example.output, actual, "page", "run",
                                                      lineterm="")))
     if wrong:

@@ -1,10 +1,12 @@
 #include "eventlog/event_line.h"
 
+#include "jsonaccess/json_access.h"
 #include "support/captured_cout.h"
 
 #include <gtest/gtest.h>
 #include <json/version.h>
 
+#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <type_traits>
@@ -231,6 +233,18 @@ TEST(ParseEventLine, LeavesStandardOutputGoodWhateverItWasBefore)
     }
     std::cout << "heard";
     EXPECT_EQ("heard", output.text());
+}
+
+struct NestedTooDeep {};
+
+TEST(ParseEventLine, LeavesStandardOutputGoodWhenAHandlerOfRuntimeErrorsThrows)
+{
+    const CapturedCout output;
+    jsonaccess::setRuntimeErrorHandler([] { throw NestedTooDeep(); });
+    EXPECT_THROW(parseEventLine("{\"id\":" + std::string(1001, '[')), NestedTooDeep);
+    jsonaccess::setRuntimeErrorHandler(std::abort);
+    EXPECT_TRUE(std::cout.good());
+    EXPECT_EQ("", output.text());
 }
 
 TEST(ParseEventLine, LeavesStandardOutputAloneWithoutABrace)

@@ -9,7 +9,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <iostream>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace eventsviewer {
@@ -25,6 +28,33 @@ Codes codesOf(const EventStore& store)
     }
     return codes;
 }
+
+/// Refuses some of the diagnostics on std::cout, as a full pipe does, for as long as this object
+/// lives. std::cout is in the good state afterwards.
+class RefusingCout : std::stringbuf {
+public:
+    /// Refuses the first diagnostic if the lowest bit of `refused` is set, and so on.
+    explicit RefusingCout(unsigned refused) : refused_(refused), original_(std::cout.rdbuf(this)) {}
+    RefusingCout(const RefusingCout&) = delete;
+    RefusingCout& operator=(const RefusingCout&) = delete;
+    ~RefusingCout() override { std::cout.rdbuf(original_); }
+
+    std::string text() const { return str(); }
+
+protected:
+    std::streamsize xsputn(const char* text, std::streamsize size) override
+    {
+        const bool begins =
+            std::string_view(text, static_cast<std::size_t>(size)).substr(0, 6) == "Tarvik";
+        const bool refuses = begins && (refused_ & 1U) != 0;
+        refused_ >>= begins ? 1 : 0;
+        return refuses ? 0 : std::stringbuf::xsputn(text, size);
+    }
+
+private:
+    unsigned refused_;
+    std::streambuf* original_;
+};
 
 class EventLog : public testing::Test {
 protected:
@@ -199,6 +229,48 @@ TEST_F(EventLog, GivesTheSameNewestEventsHoweverManyAreAskedFor)
             EXPECT_EQ(expected.code, newest[i]->code);
             EXPECT_EQ(expected.time, newest[i]->time);
             EXPECT_STREQ(expected.details.characters(), newest[i]->details.characters());
+        }
+    }
+}
+
+TEST_F(EventLog, LeavesStandardOutputGoodIfALineWithABraceFollowsALostDiagnostic)
+{
+    const std::string loud = "{\"id\":4294968524}\n";
+    for (const char* const last : {"{}", "{\"id\":835}", "{\"time\":\"t\",\"id\":835}", "x{"}) {
+        folder_.write("log", loud + last);
+        const RefusingCout output(1);
+        loadRecentEvents(path_, 10);
+        EXPECT_TRUE(std::cout.good()) << last;
+    }
+    for (const char* const last : {"", "\n", "no brace", "\"id\":835}\n"}) {
+        folder_.write("log", "{\"id\":835}\n" + loud + last);
+        const RefusingCout output(1);
+        loadRecentEvents(path_, 10);
+        EXPECT_TRUE(std::cout.bad()) << last;
+    }
+}
+
+TEST_F(EventLog, LeavesTheSameStateOfStandardOutputHoweverManyAreAskedFor)
+{
+    constexpr unsigned kLines = 3;
+    const std::vector<std::string> choices = {"\n", "{}\n", "{\"id\":835}\n",
+                                              "{\"time\":\"t\",\"id\":835}\n", "{\"id\":\"5\"}\n"};
+    const auto load = [this](unsigned refused, std::size_t count) {
+        const RefusingCout output(refused);
+        count == 0 ? loadAllEvents(path_) : loadRecentEvents(path_, count);
+        return std::to_string(std::cout.rdstate()) + ' ' + output.text();
+    };
+    for (std::size_t order = 0; order < 5 * 5 * 5; ++order) {
+        const std::string lines[kLines] = {choices[order % 5], choices[order / 5 % 5],
+                                           choices[order / 25]};
+        for (unsigned older = 0; older < 2; ++older) {
+            folder_.write("log.0", older == 1 ? lines[0] : "");
+            folder_.write("log", (older == 1 ? "" : lines[0]) + lines[1] + lines[2]);
+            for (unsigned refused = 0; refused < 1U << kLines; ++refused) {
+                const std::string expected = load(refused, 0);
+                EXPECT_EQ(expected, load(refused, 1)) << lines[0] << lines[1] << lines[2];
+                EXPECT_EQ(expected, load(refused, 9)) << lines[0] << lines[1] << lines[2];
+            }
         }
     }
 }

@@ -8,6 +8,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -107,6 +109,85 @@ TEST_F(LineReaderTest, GivesTheFileBack)
     const int before = lowestFreeDescriptor();
     EXPECT_EQ(Lines{"one"}, linesOf(path));
     EXPECT_EQ(before, lowestFreeDescriptor());
+}
+
+// The lines of a text of which each with more than `longest` bytes is left out.
+Lines linesUpTo(std::size_t longest, const std::string& path)
+{
+    LineReader reader(open(path.c_str(), O_RDONLY | O_CLOEXEC), longest);
+    Lines lines;
+    std::string_view next;
+    while (reader.next(next)) {
+        if (reader.leftOutLine()) {
+            EXPECT_EQ("\n", next);
+            lines.emplace_back("left out");
+            continue;
+        }
+        while (!next.empty()) {
+            lines.emplace_back(takeFirstLine(next));
+        }
+    }
+    EXPECT_FALSE(reader.leftOutLine());
+    EXPECT_EQ(0, reader.error());
+    return lines;
+}
+
+TEST_F(LineReaderTest, LeavesOutEachLineThatIsTooLong)
+{
+    // Limits below and above the size of a block, lines that are a byte shorter or longer.
+    for (const std::size_t longest : {1U, 10U, 65535U, 65536U, 65537U, 200'000U}) {
+        const std::string fits(longest, 'a');
+        const std::string most = fits + 'b';
+        const std::string huge(3 * longest + 100'000, 'c');
+        for (const std::string end : {"", "\n"}) {
+            EXPECT_EQ(
+                (Lines{fits, "left out", "1", "left out", "left out", fits}),
+                linesUpTo(longest, folder_.write("text", fits + '\n' + most + "\n1\n" + huge +
+                                                             '\n' + huge + '\n' + fits + end)))
+                << longest;
+            EXPECT_EQ((Lines{"left out", "", "left out"}),
+                      linesUpTo(longest, folder_.write("text", most + "\n\n" + huge + end)))
+                << longest;
+        }
+    }
+}
+
+TEST_F(LineReaderTest, ReadsAnOpenFileFromWhereItIs)
+{
+    const std::string path = folder_.write("text", "one\ntwo\n");
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    lseek(descriptor, 4, SEEK_SET);
+    {
+        LineReader reader(descriptor, 100);
+        std::string_view next;
+        ASSERT_TRUE(reader.next(next));
+        EXPECT_EQ("two\n", next);
+        EXPECT_FALSE(reader.next(next));
+    }
+    EXPECT_EQ(-1, close(descriptor)) << "it is closed in the end";
+}
+
+TEST_F(LineReaderTest, TellsWhyADescriptorWasNotToBeHad)
+{
+    errno = EMFILE;
+    LineReader reader(-1, 100);
+    std::string_view lines;
+    EXPECT_FALSE(reader.next(lines));
+    EXPECT_EQ(EMFILE, reader.error());
+}
+
+TEST_F(LineReaderTest, TellsWhyThereAreNoLines)
+{
+    std::string_view next;
+    LineReader missing(folder_.path("missing"));
+    EXPECT_FALSE(missing.next(next));
+    EXPECT_EQ(ENOENT, missing.error());
+    LineReader folder(folder_.path("."));
+    EXPECT_FALSE(folder.next(next));
+    EXPECT_EQ(EISDIR, folder.error());
+    LineReader empty(folder_.write("text", ""));
+    EXPECT_FALSE(empty.next(next));
+    EXPECT_EQ(0, empty.error());
 }
 
 } // namespace

@@ -19,6 +19,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import time
 from pathlib import Path
 
 import outcomes
@@ -48,16 +49,25 @@ EVERYDAY = (
     "an_ambiguous_name_is_refused",
     "a_missing_count_is_refused",
 )
+EVERYDAY_QUERY = (
+    "events_are_chosen_by_name_or_code",
+    "the_name_and_all_that_is_shown_are_searched",
+    "the_newest_ones_their_neighbours_and_the_order",
+    "hostile_bytes_reach_no_terminal",
+)
 LARGEST_INPUT = 1 << 20
+QUERY_COMMAND = re.compile(r"(try|picks|fails|events-query) (?!.*(`|\$[({a-z]))([^<>]*?)( 2>&1)?( \|.*)?")
 COMMAND = re.compile(r"(?:exec )?events-viewer\b([^<>|&;$`*]*?)(?: *[0-9]?[<>|].*)?")
 TIME_LIMIT = 60
+START = time.time()  # when the inputs were changed, as far as the program can see
 
 
 class Case:
-    def __init__(self, name, arguments, inputs):
+    def __init__(self, name, arguments, inputs, standard_input=b""):  # at most 64 KiB
         self.name = name
         self.arguments = arguments
         self.inputs = inputs  # bytes by name
+        self.standard_input = standard_input
 
 
 def cases_of(folder):
@@ -67,14 +77,38 @@ def cases_of(folder):
               if path.name not in ("cmd", "expected")}
     if sum(map(len, inputs.values())) > LARGEST_INPUT:
         return []
+    cmd = folder / "cmd"
+    if not cmd.exists():
+        cmd = folder.parent.parent / "usual_cmd"
     cases = []
-    for line in (folder / "cmd").read_text().splitlines():
+    for line in cmd.read_text().splitlines():
         command = COMMAND.fullmatch(line)
         if command is None and not line.startswith("exec cmp "):
             return []
         if command is not None:
             cases.append(Case(folder.name, shlex.split(command[1]), inputs))
     return cases
+
+
+def query_cases_of(folder):
+    """The same for events-query. A case runs it many times; see the functions there."""
+    shared = folder.parent.parent / "query_inputs"
+    inputs = {path.name: path.read_bytes() for path in [*shared.iterdir(), *folder.iterdir()]
+              if path.name not in ("cmd", "expected", "functions")}
+    commands = [QUERY_COMMAND.fullmatch(line) for line in (folder / "cmd").read_text().splitlines()]
+    return [Case(folder.name, ["-o", "lines"] * (c[1] == "picks") + shlex.split(c[3]), inputs)
+            for c in commands if c is not None and "generated" not in c[3]]
+
+
+def query_cases_with_times():
+    """A log that is read twice, from files and from a pipe; some events have diagnostics."""
+    lines = [b'{"id":1228,"time":"Nov 20 %02d:%02d:00","vars":{"inet_id":%s}}\n'
+             % (i // 60, i % 60, b"5" if i == 99 else b'"%s"' % (b"x" * (i % 977)))
+             for i in range(400)]
+    files = {"log.0": b"".join(lines[:150]), "log": b"".join(lines[150:])}
+    for options in (["-o", "csv"], ["-o", "json", "-S", "01:00", "-U", "-1h"], ["-g", "x{900}", "-C", "1"]):
+        yield Case("two files of several blocks", [*options, "log"], files)
+    yield Case("a pipe", ["-S", "01:00", "-"], {}, b"".join(lines[:250]))
 
 
 def large_case():
@@ -97,6 +131,7 @@ def long_variables_case(name, beginning):
 class Runner:
     def __init__(self, program, library):
         self.program = program
+        self.name = os.path.basename(program)
         self.library = library
 
     def run(self, case, inputs, kind="alloc", number=0, error=0, mode="once"):
@@ -105,13 +140,19 @@ class Runner:
             work.mkdir()
             for name, text in inputs.items():
                 (work / name).write_bytes(text)
+                os.utime(work / name, (START, START))
             record = Path(scratch, "record")
             record.write_bytes(bytes(RECORD.size))
             settings = {"LC_ALL": "C", "TZ": "UTC", "LD_PRELOAD": self.library,
                         "FAULT": f"{kind}:{number}:{error}:{mode}", "FAULT_RECORD": str(record)}
-            done = subprocess.run(["events-viewer", *case.arguments], executable=self.program,
-                                  cwd=work, env=settings, stdin=subprocess.DEVNULL,
+            # A pipe that is full at once, so that each run makes the same calls.
+            standard_input, writer = os.pipe()
+            os.write(writer, case.standard_input)
+            os.close(writer)
+            done = subprocess.run([self.name, *case.arguments], executable=self.program,
+                                  cwd=work, env=settings, stdin=standard_input,
                                   capture_output=True, timeout=TIME_LIMIT, check=False)
+            os.close(standard_input)
             *calls, failures, transferred, path = RECORD.unpack(record.read_bytes())
             if number and failures == 0 and done.returncode == 0:
                 sys.exit(f"{case.name}: call {number} of {kind} was never made")
@@ -172,6 +213,21 @@ def check_case(runner, case, kinds, limit, bare_details):
     return counts, wrong
 
 
+def check_query_case(runner, case, kinds, limit):
+    """The same for events-query."""
+    usual = runner.run(case, case.inputs)
+    counts = collections.Counter()
+    wrong = []
+    judge = outcomes.QueryJudge(usual)
+    for kind, number, error, mode in faults(usual.calls, kinds, limit):
+        run = runner.run(case, case.inputs, kind, number, error, mode)
+        counts[kind, "usual" if judge.same(run) else "other"] += 1
+        if not judge.allows(run, kind, error, mode == "on"):
+            wrong.append((f"{case.name}: {shlex.join(case.arguments)}: {kind} {number} fails with "
+                          f"{errno.errorcode.get(error, 'one byte')} ({mode})", run, usual))
+    return counts, wrong
+
+
 def report(what, run, usual):
     print(f"{what}: status {run.status}, file {run.failed_path!r} after {run.transferred} bytes")
     for name in ("stdout", "stderr", "files"):
@@ -180,9 +236,41 @@ def report(what, run, usual):
             print(f"  {name}: {str(actual)[:1500]}\n  usually {str(expected)[:1500]}")
 
 
+def jobs_for_viewer(pool, runner, args, limit):
+    names = sorted(p.name for p in args.cases.iterdir()) if args.all else EVERYDAY
+    cases = [case for name in names for case in cases_of(args.cases / name)]
+    if len({case.name for case in cases}) < len(EVERYDAY):
+        sys.exit(f"only {len(cases)} cases can be run")
+    bare_details = details_without_variables(runner)
+    if len(bare_details) < 400:
+        sys.exit("the table of all names cannot be read")
+
+    def submit(case, kinds, most):
+        return pool.submit(check_case, runner, case, kinds, most, bare_details)
+    jobs = [submit(case, KINDS, limit) for case in cases]
+    jobs.append(submit(large_case(), ("open", "read", "close"), limit))
+    # Only strings with escapes are written through a stream, which swallows exceptions.
+    for case in (long_variables_case("long variables", ""),
+                 long_variables_case("long variables with escapes", r"\t")):
+        jobs.append(submit(case, ("alloc",), None))
+    return jobs
+
+
+def jobs_for_query(pool, runner, args, limit):
+    folder = args.cases.with_name("query_cases")
+    names = sorted(p.name for p in folder.iterdir()) if args.all else EVERYDAY_QUERY
+    cases = [case for name in names for case in query_cases_of(folder / name)]
+    if len({case.name for case in cases}) < len(EVERYDAY_QUERY):
+        sys.exit(f"only {len(cases)} cases can be run")
+    if not args.all:
+        cases = cases[::4]
+    return [pool.submit(check_query_case, runner, case, KINDS, limit)
+            for case in [*cases, *query_cases_with_times()]]
+
+
 def main():
     parser = argparse.ArgumentParser(description="Runs the program with failing calls.")
-    parser.add_argument("--program", required=True)
+    parser.add_argument("--program", required=True, help="events-viewer or events-query")
     parser.add_argument("--library", required=True, help="failing_calls, to be preloaded")
     parser.add_argument("--cases", type=Path, default=Path(__file__).parent.parent / "cli/cases")
     parser.add_argument("--all", action="store_true", help="every call of every case; takes long")
@@ -190,28 +278,14 @@ def main():
     args = parser.parse_args()
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
     runner = Runner(os.path.abspath(args.program), os.path.abspath(args.library))
+    jobs_for = jobs_for_query if runner.name == "events-query" else jobs_for_viewer
 
-    names = sorted(p.name for p in args.cases.iterdir()) if args.all else EVERYDAY
-    cases = [case for name in names for case in cases_of(args.cases / name)]
-    if len({case.name for case in cases}) < len(EVERYDAY):
-        sys.exit(f"only {len(cases)} cases can be run")
     limit = args.limit if args.all or args.limit else 12
-    bare_details = details_without_variables(runner)
-    if len(bare_details) < 400:
-        sys.exit("the table of all names cannot be read")
-
     counts = collections.Counter()
     wrong = []
     checked = 0
     with concurrent.futures.ThreadPoolExecutor(max_workers=2) as pool:
-        jobs = [pool.submit(check_case, runner, case, KINDS, limit, bare_details) for case in cases]
-        jobs.append(pool.submit(check_case, runner, large_case(), ("open", "read", "close"),
-                                limit, bare_details))
-        # Only strings with escapes are written through a stream, which swallows exceptions.
-        for case in (long_variables_case("long variables", ""),
-                     long_variables_case("long variables with escapes", r"\t")):
-            jobs.append(pool.submit(check_case, runner, case, ("alloc",), None, bare_details))
-        for job in jobs:
+        for job in jobs_for(pool, runner, args, limit):
             more_counts, more_wrong = job.result()
             checked += bool(more_counts)
             counts += more_counts

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Runs the program with files, pipes and disks that fail, and checks its output.
 
-usage: surroundings_test.py PROGRAM
+usage: surroundings_test.py PROGRAM, which is events-viewer or events-query
 """
 
+import itertools
 import os
 import resource
 import shutil
@@ -34,15 +35,21 @@ def check(holds, what):
 class Surroundings:
     def __init__(self, program, folder):
         self.folder = folder
-        self.program = folder / "events-viewer"
+        self.program = folder / Path(program).name
         shutil.copy(program, self.program)  # where every user can reach it
         folder.chmod(0o777)
         (folder / "log").write_bytes(LOG)
 
     def run(self, *arguments, **options):
         return subprocess.run([self.program, *arguments], cwd=self.folder, timeout=60, check=False,
-                              stdin=subprocess.DEVNULL, env={"LC_ALL": "C"},
-                              **{"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **options})
+                              env={"LC_ALL": "C"},
+                              **{"stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE,
+                                 "stderr": subprocess.PIPE, **options})
+
+    def query(self, *arguments, **options):
+        """The status, what is printed, and the messages of a run of events-query."""
+        done = self.run(*arguments, **options)
+        return done.returncode, done.stdout, done.stderr
 
     def table(self):
         done = self.run("-a", "-i", "log")
@@ -52,6 +59,17 @@ class Surroundings:
 
     def export(self):
         return (self.folder / "export").read_bytes()
+
+
+def run_in_own_mounts(place, script):
+    """Runs a script whose mounts nobody else sees. It exits with 99 if it cannot mount."""
+    if os.geteuid() != 0 or shutil.which("unshare") is None:
+        raise Skipped("mounting takes root and unshare")
+    done = subprocess.run(["unshare", "-m", "sh", "-c", script], cwd=place.folder,
+                          capture_output=True, timeout=60, check=False)
+    if done.returncode == 99 or b"unshare" in done.stderr:
+        raise Skipped("nothing can be mounted here")
+    return done
 
 
 def a_file_without_permission_to_read_counts_as_missing(place):
@@ -100,15 +118,9 @@ def an_export_beyond_the_size_limit_is_cut_off_if_the_signal_is_ignored(place):
 def an_export_to_a_disk_that_fills_is_cut_off(place):
     whole = place.table()[:-1]
     (place.folder / "disk").mkdir()
-    script = ("mount -t tmpfs -o size=8k none disk || exit 99\n"
-              "./events-viewer -l -i log -o disk/export; status=$?\n"
-              "cat disk/export >export; exit $status")
-    command = ["unshare", "-m", "sh", "-c", script]
-    if os.geteuid() != 0 or shutil.which("unshare") is None:
-        raise Skipped("mounting a small disk takes root and unshare")
-    done = subprocess.run(command, cwd=place.folder, capture_output=True, timeout=60, check=False)
-    if done.returncode == 99 or b"unshare" in done.stderr:
-        raise Skipped("a small disk cannot be mounted here")
+    done = run_in_own_mounts(place, "mount -t tmpfs -o size=8k none disk || exit 99\n"
+                                    "./events-viewer -l -i log -o disk/export; status=$?\n"
+                                    "cat disk/export >export; exit $status")
     check((done.returncode, done.stderr) == (0, b""), "nothing is reported")
     check(0 < len(place.export()) < len(whole) and whole.startswith(place.export()),
           "the beginning of the table")
@@ -175,6 +187,192 @@ def a_run_without_memory_ends_without_a_table(place):
           "an end by SIGABRT")
 
 
+DIAGNOSTIC = b"Tarvik workaround: in Json::Value::asCString(): requires stringValue\n"
+LOUD = b'{"id":4294968524,"time":"a","vars":{"inet_id":5}}\n'  # a diagnostic for "id", one for 5
+
+
+def printed_after_a_full_pipe(place, action, older, newer):
+    """What the program prints if its pipe is full while it reads `older`, and empty from then on."""
+    (place.folder / "log.0").write_bytes(older)
+    log = place.folder / "log"
+    log.unlink()
+    os.mkfifo(log)
+    reader, writer = os.pipe()
+    os.set_blocking(writer, False)
+    filler = os.write(writer, bytes(1 << 24))
+    process = subprocess.Popen([place.program, action, "-i", "log"], cwd=place.folder,
+                               stdout=writer)
+    os.close(writer)
+    with open(log, "wb") as pipe:  # waits until the program opens it, after the older file
+        while filler > 0:
+            filler -= len(os.read(reader, filler))
+        pipe.write(newer)
+    with open(reader, "rb") as rest:
+        printed = rest.read()
+    check(process.wait(timeout=60) == 0, "a success")
+    return printed
+
+
+def a_diagnostic_is_printed_once_a_later_line_is_read_although_one_was_lost(place):
+    for action in ("-a", "-s"):
+        printed = printed_after_a_full_pipe(place, action, LOUD, b"{}")
+        check(printed.startswith(DIAGNOSTIC + b"Last 1 events from a to a:\n"), f"one with {action}")
+
+
+def no_diagnostic_is_printed_while_the_last_line_read_is_one_whose_own_was_lost(place):
+    for action in ("-a", "-s"):
+        for newer in (b"", b"\nno brace"):
+            printed = printed_after_a_full_pipe(place, action,
+                                                b'{"id":835,"time":"a"}\n' + LOUD, newer)
+            check(printed.startswith(b"Last 2 events from a to a:\n"), f"none with {action}")
+
+
+def every_few_descriptors():
+    """Which standard streams are closed, a limit, and how many descriptors are left to open files."""
+    for closed in itertools.product((False, True), repeat=3):
+        for limit in (1, 2, 3, 4, 5):
+            left = sum(stream > 2 or closed[stream] for stream in range(limit))
+            if left > 0:  # the system needs one to load the program
+
+                def prepare(closed=closed, limit=limit):
+                    for stream in range(3):
+                        if closed[stream]:
+                            os.close(stream)
+                    resource.setrlimit(resource.RLIMIT_NOFILE, (limit, limit))
+                yield closed, left, {"preexec_fn": prepare}
+
+
+def a_run_does_its_work_with_few_descriptors_whatever_is_closed(place):
+    (place.folder / "log").write_bytes(LOUD + LOG)
+    whole = place.run("-a", "-i", "log").stdout
+    for closed, left, few in every_few_descriptors():
+        what = f"{closed} and {left} left"
+        for action in ("-a", "-s"):
+            done = place.run(action, "-n", "1000", "-i", "log", **few)
+            check((done.returncode, done.stderr) == (0, b""), f"a success with {what}")
+            check(done.stdout == (b"" if closed[1] else whole), f"the table with {what}")
+        done = place.run("-x", **few)
+        check((done.returncode, done.stdout) == (255, b""), f"a usage error with {what}")
+        check((done.stderr == b"") == closed[2], f"its message with {what}")
+
+
+def an_export_holds_the_table_alone_with_few_descriptors_whatever_is_closed(place):
+    (place.folder / "log").write_bytes(LOUD + LOG)
+    whole = place.run("-a", "-i", "log").stdout
+    table = whole[whole.index(b"Last"):-1]
+    for closed, left, few in every_few_descriptors():
+        done = place.run("-l", "-i", "log", "-o", "export", **few)
+        check((done.returncode, done.stderr) == (0, b""), f"a success with {closed}")
+        expected = table if left > 1 else NO_EVENTS[:-1]  # the log needs one as well
+        check(place.export() == expected, f"the table alone with {closed} and {left} left")
+
+
+def an_export_holds_the_table_alone_where_nothing_is_in_dev(place):
+    (place.folder / "log").write_bytes(LOUD + LOG)
+    whole = place.run("-a", "-i", "log").stdout
+    for closed in ("<&-", ">&-", "2>&-", "<&- >&- 2>&-"):
+        done = run_in_own_mounts(place, "mount -t tmpfs none /dev || exit 99\n"
+                                        f"./events-viewer -l -i log -o export {closed}")
+        check((done.returncode, done.stderr) == (0, b""), f"a success with {closed}")
+        check(place.export() == whole[whole.index(b"Last"):-1], f"the table alone with {closed}")
+
+
+def a_query_names_a_file_without_permission_to_read(place):
+    (place.folder / "log").chmod(0)
+    user = {"user": NOBODY, "group": NOBODY, "extra_groups": []} if os.geteuid() == 0 else {}
+    (place.folder / "log.0").write_bytes(b'{"id":835,"time":"a"}\n')
+    status, stdout, stderr = place.query("-o", "lines", "log", **user)
+    check((status, stdout[:2], stderr) == (2, b"a\t", b"events-query: log: Permission denied\n"),
+          "the predecessor and a message")
+
+
+def a_query_into_a_closed_pipe_ends_silently(place):
+    (place.folder / "log").write_bytes(LOG * 20)
+    for arguments in (["log"], ["-r", "log"], ["-n", "1", "log"], ["--help"], ["--catalog"]):
+        reader, writer = os.pipe()
+        os.close(reader)
+        status, _, stderr = place.query(*arguments, stdout=writer)
+        os.close(writer)
+        check((status, stderr) == (-signal.SIGPIPE, b""), "an end by SIGPIPE")
+
+
+def a_query_of_a_pipe_shows_each_event_as_soon_as_it_comes(place):
+    reader, writer = os.pipe()
+    process = subprocess.Popen([place.program, "-o", "lines", "-"], stdin=reader,
+                               stdout=subprocess.PIPE)
+    os.close(reader)
+    for line in LOG.splitlines(keepends=True)[:3]:
+        os.write(writer, line)
+        time_of_event = line.split(b'"')[5]
+        check(process.stdout.readline().startswith(time_of_event + b"\t"), "the event just written")
+    os.close(writer)
+    check((process.stdout.read(), process.wait(timeout=60)) == (b"", 0), "a success")
+    process.stdout.close()
+
+
+def a_query_that_is_stopped_and_continued_reads_on(place):
+    whole = place.query("-U", "-2h", "log")[1]
+    process = subprocess.Popen([place.program, "-U", "-2h", "-"], stdin=subprocess.PIPE,
+                               stdout=subprocess.PIPE)
+    for at in range(0, len(LOG), 2000):
+        process.send_signal(signal.SIGSTOP)
+        process.send_signal(signal.SIGCONT)
+        process.stdin.write(LOG[at:at + 2000])
+        process.stdin.flush()
+    check((process.communicate(timeout=60)[0], process.returncode) == (whole, 0), "all events")
+    check(whole.count(b"\n") == EVENT_COUNT, "one row for each event")
+
+
+def a_query_without_memory_says_so(place):
+    (place.folder / "log").write_bytes(LOG * 2000)
+    limit = (40 << 20, 40 << 20)
+    limited = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_AS, limit)}
+    check(place.query("-r", "log", **limited) == (2, b"", b"events-query: out of memory\n"), "a message")
+    status, stdout, stderr = place.query("log", **limited)
+    check((status, stdout.count(b"\n"), stderr) == (0, EVENT_COUNT * 2000, b""),
+          "all events, if none is held")
+
+
+def a_query_beyond_the_size_limit_is_an_error(place):
+    def limit():
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (5000, 5000))
+    whole = place.query("log")[1]
+    with open(place.folder / "export", "wb") as file:
+        status, _, stderr = place.query("log", stdout=file, preexec_fn=limit)
+    check((status, stderr) == (2, b"events-query: standard output: File too large\n"), "a message")
+    check(place.export() == whole[:5000], "the beginning of the events")
+
+
+def a_query_never_writes_into_its_log(place):
+    """With closed streams a log may take the place of one."""
+    for closed in itertools.product((False, True), repeat=3):
+        def prepare(closed=closed):
+            for stream in range(3):
+                if closed[stream]:
+                    os.close(stream)
+        for arguments in (["log"], ["-o", "json", "log"], ["-U", "-2h", "-"]):
+            (place.folder / "log.0").write_bytes(LOUD)
+            with subprocess.Popen(["cat", place.folder / "log"], stdout=subprocess.PIPE) as cat:
+                status, stdout, stderr = place.query(*arguments, stdin=cat.stdout, preexec_fn=prepare)
+            what = f"{arguments} with {closed}"
+            fails = closed[1] or (closed[0] and arguments[-1] == "-")
+            check(status == (2 if fails else 0), f"the status of {what}")
+            check((stdout == b"") == fails, f"the output of {what}")
+            check(closed[2] or (b"file descriptor" in stderr) == fails, f"the message of {what}")
+            check((place.folder / "log").read_bytes() == LOG, f"the log after {what}")
+            check((place.folder / "log.0").read_bytes() == LOUD, f"the older file after {what}")
+
+
+QUERY_TESTS = [
+    a_query_names_a_file_without_permission_to_read,
+    a_query_into_a_closed_pipe_ends_silently,
+    a_query_of_a_pipe_shows_each_event_as_soon_as_it_comes,
+    a_query_that_is_stopped_and_continued_reads_on,
+    a_query_without_memory_says_so,
+    a_query_beyond_the_size_limit_is_an_error,
+    a_query_never_writes_into_its_log,
+]
 TESTS = [
     a_file_without_permission_to_read_counts_as_missing,
     an_export_without_permission_to_write_is_left_unchanged,
@@ -186,13 +384,18 @@ TESTS = [
     a_log_that_arrives_slowly_through_a_pipe_is_read_whole,
     a_reader_that_is_stopped_and_continued_reads_on,
     a_run_without_memory_ends_without_a_table,
+    a_diagnostic_is_printed_once_a_later_line_is_read_although_one_was_lost,
+    no_diagnostic_is_printed_while_the_last_line_read_is_one_whose_own_was_lost,
+    a_run_does_its_work_with_few_descriptors_whatever_is_closed,
+    an_export_holds_the_table_alone_with_few_descriptors_whatever_is_closed,
+    an_export_holds_the_table_alone_where_nothing_is_in_dev,
 ]
 
 
 def main():
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
     failed = 0
-    for test in TESTS:
+    for test in QUERY_TESTS if Path(sys.argv[1]).name == "events-query" else TESTS:
         with tempfile.TemporaryDirectory(prefix="surroundings.") as folder:
             try:
                 test(Surroundings(sys.argv[1], Path(folder)))

@@ -2,9 +2,10 @@
 """Installs the build into scratch folders and checks that exactly the right files are there, and that
 no page has a broken link.
 
-usage: install_test.py --cmake CMAKE --build BUILD --bindir .. --mandir .. --docdir .. --datadir ..
+usage: install_test.py --cmake CMAKE --build BUILD --programs NAMES --bindir .. --mandir .. --docdir ..
+                       --datadir ..
 
-The folders are those of the build, as CMake's GNUInstallDirs names them.
+NAMES are separated by commas. The folders are those of the build, as CMake's GNUInstallDirs names them.
 """
 
 import argparse
@@ -19,11 +20,12 @@ from broken_links import broken_links
 
 def expected_files(dirs):
     return sorted([
-        f"{dirs.bindir}/events-viewer",
-        f"{dirs.mandir}/man1/events-viewer.1",
-        f"{dirs.datadir}/bash-completion/completions/events-viewer",
-        f"{dirs.datadir}/zsh/site-functions/_events-viewer",
-        f"{dirs.datadir}/fish/vendor_completions.d/events-viewer.fish",
+        *(name for program in dirs.programs.split(",") for name in (
+            f"{dirs.bindir}/{program}",
+            f"{dirs.mandir}/man1/{program}.1",
+            f"{dirs.datadir}/bash-completion/completions/{program}",
+            f"{dirs.datadir}/zsh/site-functions/_{program}",
+            f"{dirs.datadir}/fish/vendor_completions.d/{program}.fish")),
         *(f"{dirs.docdir}/{name}" for name in (
             "ARCHITECTURE.md", "CHANGELOG.md", "CONTRIBUTING.md", "LICENSE", "README.md",
             "doc/board.md", "doc/log-format.md", "doc/performance.md", "doc/performance.svg",
@@ -44,7 +46,7 @@ def difference(where, expected, actual):
 
 def main():
     parser = argparse.ArgumentParser()
-    for name in ("cmake", "build", "bindir", "mandir", "docdir", "datadir"):
+    for name in ("cmake", "build", "programs", "bindir", "mandir", "docdir", "datadir"):
         parser.add_argument(f"--{name}", required=True)
     args = parser.parse_args()
     expected = expected_files(args)
@@ -68,7 +70,7 @@ def main():
         modes = {str(path.relative_to(prefix)): oct(path.stat().st_mode & 0o777)
                  for path in prefix.rglob("*") if path.is_file()}
         wrong += [f"{name} has the mode {mode}" for name, mode in sorted(modes.items())
-                  if mode != ("0o755" if name == f"{args.bindir}/events-viewer" else "0o644")]
+                  if mode != ("0o755" if name.startswith(f"{args.bindir}/") else "0o644")]
         broken, links = broken_links(prefix / args.docdir)
         wrong += broken if links else ["no link found"]
     if wrong:

@@ -73,6 +73,9 @@ TEST(AsInt, TruncatesARealTowardsZero)
 {
     expectInt(684, "", parsed("684.9"));
     expectInt(-684, "", parsed("-684.9"));
+    expectInt(0, "", parsed("0.9"));
+    expectInt(0, "", parsed("-0.9"));
+    expectInt(1225, "", parsed("1.225e3"));
     expectInt(INT32_MAX, "", parsed("2147483647.0"));
     expectInt(INT32_MIN, "", parsed("-2147483648.0"));
 }
@@ -97,7 +100,9 @@ TEST(AsInt, ConvertsNoStringArrayOrObject)
 {
     expectInt(0, kNoConversion, parsed("\"684\""));
     expectInt(0, kNoConversion, parsed("\"\""));
+    expectInt(0, kNoConversion, parsed("[]"));
     expectInt(0, kNoConversion, parsed("[684]"));
+    expectInt(0, kNoConversion, parsed("{}"));
     expectInt(0, kNoConversion, parsed("{\"id\":684}"));
 }
 

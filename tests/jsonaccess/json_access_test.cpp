@@ -6,6 +6,7 @@
 #include <json/version.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <vector>
@@ -83,6 +84,26 @@ TEST(Parse, ForgetsTheErrorsOfTheInputBefore)
     EXPECT_EQ(first, output.text());
 }
 
+TEST(Parse, ForgetsTheCommentsOfTheInputBefore)
+{
+    // The library keeps a comment until it knows the value that it belongs to.
+    const CapturedCout output;
+    for (const char* const before :
+         {"/* before */", "// before", "/* before */ x", "/* before", "[1] /* before */",
+          "[1] // before", "[1, /* before */", "[1, 2 /* before */", "[ /* before */ ]",
+          "{ /* before */", "{\"a\": /* before */", "{\"a\":1 /* before */",
+          "{\"a\":1} /* before */ /* before */", "{\"a\":1, /* before */ }", "1 /* before */"}) {
+        for (const char* const after : {"{}", "{\"a\":1}", "[[1],{\"b\":\"c\"}]", "2"}) {
+            parsed(before);
+            EXPECT_EQ(after, writeString(parsed(after))) << before;
+        }
+        parsed(before);
+        EXPECT_EQ("[/* own */1]", writeString(parsed("[/* own */ 1]"))) << before;
+        parsed(before);
+        EXPECT_EQ("[1 /* own */]", writeString(parsed("[1 /* own */]"))) << before;
+    }
+}
+
 TEST(Parse, ReadsInputThatNoNulEnds)
 {
     EXPECT_EQ("[1]", writeString(parsed(std::string_view("[1]]]", 3))));
@@ -104,6 +125,19 @@ TEST(Parse, HoldsIntegersInTheSmallestTypeThatFits)
     EXPECT_EQ(Json::intValue, parsed("9223372036854775807").type());
     EXPECT_EQ(Json::uintValue, parsed("9223372036854775808").type());
     EXPECT_EQ(Json::realValue, parsed("18446744073709551616").type());
+}
+
+struct NestedTooDeep {};
+
+TEST(SetRuntimeErrorHandler, LetsOutWhatTheHandlerThrows)
+{
+    const CapturedCout output;
+    setRuntimeErrorHandler([] { throw NestedTooDeep(); });
+    EXPECT_EQ("[[]]", writeString(parsed("[[]]")));
+    EXPECT_THROW(parsed("/* a comment */" + std::string(1001, '[')), NestedTooDeep);
+    EXPECT_EQ(R"({"a":1})", writeString(parsed(R"({"a":1})"))); // nothing is left of that text
+    setRuntimeErrorHandler(std::abort);
+    EXPECT_EQ("", output.text());
 }
 
 TEST(IsMember, TellsWhetherTheObjectHasTheKey)

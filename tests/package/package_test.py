@@ -4,7 +4,7 @@
 usage: package_test.py PACKAGES THE_SAME NEXT
 
 The folders hold the packages, the same ones made elsewhere, and those of a later version in which
-the completions for fish have the name renamed.fish.
+"renamed-" stands before the name of the completions for fish.
 """
 
 import gzip
@@ -22,28 +22,34 @@ sys.path.insert(0, str(ROOT / "tests" / "install"))
 from broken_links import broken_links  # noqa: E402 (one package leaves out some of the files)
 
 SAMPLE = ROOT / "examples" / "events_report"
-EXPECTED_EVENTS = (Path(__file__).parent / "last_3_events").read_bytes()
 EMULATOR = ["qemu-ppc", "-L", "/usr/powerpc-linux-gnu"]
 
 # What the packages need, by the Debian release that they are made on.
 DEBIAN = platform.freedesktop_os_release()["VERSION_ID"]
 JSONCPP, GLIBC = {"12": ("libjsoncpp25", "2.34"), "13": ("libjsoncpp26", "2.38")}[DEBIAN]
 
-PROGRAM = "usr/bin/events-viewer"
-DOC = "usr/share/doc/events-viewer"
-FISH = "usr/share/fish/vendor_completions.d/events-viewer.fish"
-COMMON_FILES = [PROGRAM, FISH, "usr/share/bash-completion/completions/events-viewer",
-                "usr/share/man/man1/events-viewer.1.gz"]
-BOARD_FILES = sorted([*COMMON_FILES, "usr/share/zsh/site-functions/_events-viewer",
-                      f"{DOC}/LICENSE", f"{DOC}/LICENSE.jsoncpp"])
-PC_FILES = sorted([*COMMON_FILES, "usr/share/zsh/vendor-completions/_events-viewer",
-                   *(f"{DOC}/{name}" for name in (
-                       "ARCHITECTURE.md", "CONTRIBUTING.md", "README.md", "changelog.Debian.gz",
-                       "changelog.gz", "copyright", "doc/board.md", "doc/log-format.md",
-                       "doc/performance.md", "doc/performance.svg", "doc/recipes.md",
-                       "doc/pictures/architecture.svg", "doc/pictures/log.svg",
-                       "doc/pictures/table.svg",
-                       "examples/events_report", "examples/events_report.0"))])
+# The arguments of each program, and the file with what it prints then.
+PROGRAMS = {"events-viewer": (["--show", "-n", "3", "--input_file", SAMPLE], "last_3_events"),
+            "events-query": (["-n", "3", "-o", "lines", SAMPLE], "last_3_lines")}
+DOC = "usr/share/doc"
+
+
+def files_of(programs, zsh, doc, names):
+    """What a package of these programs has: their own files, and the files `names` in `doc`."""
+    return sorted([*(name for program in programs for name in (
+        f"usr/bin/{program}", f"usr/share/man/man1/{program}.1.gz",
+        f"usr/share/bash-completion/completions/{program}", f"usr/share/zsh/{zsh}/_{program}",
+        f"usr/share/fish/vendor_completions.d/{program}.fish")),
+        *(f"{DOC}/{doc}/{name}" for name in names)])
+
+
+BOARD_FILES = {program: files_of([program], "site-functions", program, ["LICENSE", "LICENSE.jsoncpp"])
+               for program in PROGRAMS}
+PC_FILES = files_of(PROGRAMS, "vendor-completions", "events-viewer", [
+    "ARCHITECTURE.md", "CONTRIBUTING.md", "README.md",
+    "changelog.Debian.gz", "changelog.gz", "copyright", "doc/board.md", "doc/log-format.md", "doc/performance.md", "doc/performance.svg", "doc/recipes.md",
+    "doc/pictures/architecture.svg", "doc/pictures/log.svg", "doc/pictures/table.svg",
+    "examples/events_report", "examples/events_report.0"])
 HARDENING = ["Position Independent Executable: yes", "Stack protected: yes",
              "Fortify Source functions: yes", "Read-only relocations: yes",
              "Immediate binding: yes"]
@@ -66,7 +72,7 @@ def files_below(folder):
 
 
 def renamed(files):
-    return sorted(name.replace("events-viewer.fish", "renamed.fish") for name in files)
+    return sorted(name.replace("completions.d/", "completions.d/renamed-") for name in files)
 
 
 def only(folder, pattern):
@@ -81,23 +87,35 @@ def check_files(what, root, files):
     expect(found == sorted(files), f"{what}: has {found}, not {sorted(files)}")
 
 
-def check_program(what, root, emulator):
-    run = subprocess.run([*emulator, root / PROGRAM, "--show", "-n", "3", "--input_file", SAMPLE],
-                         stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
-    expect(run.returncode == 0 and run.stdout == EXPECTED_EVENTS,
-           f"{what}: the program ends with {run.returncode} and prints\n{run.stdout.decode()}")
+def programs_in(root):
+    found = sorted((root / "usr/bin").iterdir())
+    expect(found, f"{root}: no program")
+    return found
 
 
-def check_binary(what, root):
-    program = root / PROGRAM
-    # Control flow protection is for x86 alone.
-    report = subprocess.run(["hardening-check", "--nocfprotection", program], check=False, text=True,
-                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
-    for line in HARDENING:
-        expect(line in report, f"{what}: no \"{line}\" in\n{report}")
-    expect(".symtab" not in output_of("readelf", "-SW", program, text=True),
-           f"{what}: the program is not stripped")
-    expect(bytes(ROOT) not in program.read_bytes(), f"{what}: the program names its build folder")
+def check_programs(what, root, emulator):
+    for program in programs_in(root):
+        arguments, expected = PROGRAMS[program.name]
+        run = subprocess.run([*emulator, program, *arguments], stdout=subprocess.PIPE,
+                             stderr=subprocess.STDOUT, check=False)
+        expect(run.returncode == 0 and run.stdout == (Path(__file__).parent / expected).read_bytes(),
+               f"{what}: {program.name} ends with {run.returncode} and prints\n{run.stdout.decode()}")
+
+
+def check_binaries(what, root):
+    for program in programs_in(root):
+        # Control flow protection is for x86 alone.
+        report = subprocess.run(["hardening-check", "--nocfprotection", program], check=False, text=True,
+                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+        for line in HARDENING:
+            expect(line in report, f"{what}: no \"{line}\" in\n{report}")
+        expect(".symtab" not in output_of("readelf", "-SW", program, text=True),
+               f"{what}: {program.name} is not stripped")
+        expect(bytes(ROOT) not in program.read_bytes(),
+               f"{what}: {program.name} names its build folder")
+        page = root / f"usr/share/man/man1/{program.name}.1.gz"
+        expect(gzip.decompress(page.read_bytes()) == (ROOT / f"doc/{program.name}.1").read_bytes(),
+               f"{what}: another manual of {program.name}")
 
 
 def check_archive(what, data):
@@ -108,12 +126,11 @@ def check_archive(what, data):
     expect({(member.uid, member.gid) for member in members} == {(0, 0)}, f"{what}: not all root's")
     expect(len({member.mtime for member in members}) == 1, f"{what}: of several dates")
     for member in members:
-        mode = 0o755 if member.isdir() or member.name.endswith(PROGRAM) else 0o644
+        mode = 0o755 if member.isdir() or "/bin/" in member.name else 0o644
         expect(member.mode == mode, f"{what}: {member.name} has the mode {member.mode:o}")
 
 
-def check_licences(root):
-    doc = root / DOC
+def check_licences(doc):
     expect((doc / "LICENSE").read_bytes() == (ROOT / "LICENSE").read_bytes(), "the licence differs")
     text = " ".join((doc / "LICENSE.jsoncpp").read_text().split())
     for part in ("Copyright (c) 2007-2010 Baptiste Lepilleur",
@@ -133,10 +150,12 @@ def check_board_dependencies(package, root):
     """The program must not ask for more."""
     expect(output_of("dpkg-deb", "-f", package, "Depends", text=True).strip() ==
            f"libc6 (>= {GLIBC}), libstdc++6 (>= 11)", "the board's dependencies are others")
-    expect(newest_version(root / PROGRAM, "GLIBC_") <= tuple(map(int, GLIBC.split("."))),
-           f"libc6 {GLIBC} is not enough")
-    # What libstdc++ 11 has: 3.4.29.
-    expect(newest_version(root / PROGRAM, "GLIBCXX_") <= (3, 4, 29), "libstdc++6 11 is not enough")
+    for program in programs_in(root):
+        expect(newest_version(program, "GLIBC_") <= tuple(map(int, GLIBC.split("."))),
+               f"libc6 {GLIBC} is not enough for {program.name}")
+        # What libstdc++ 11 has: 3.4.29.
+        expect(newest_version(program, "GLIBCXX_") <= (3, 4, 29),
+               f"libstdc++6 11 is not enough for {program.name}")
 
 
 def check_pc_dependencies(package):
@@ -172,22 +191,25 @@ class Installation:
                   "--force-architecture", "--path-include=*", *arguments,
                   stderr=subprocess.PIPE, env={**os.environ, "PATH": path})
 
-    def version(self):
+    def version(self, name):
         return output_of("dpkg-query", f"--admindir={self.database}", "-W", "-f", "${Version}",
-                         "events-viewer", text=True)
+                         name, text=True)
 
 
-def check_life(what, scratch, first, following, files, emulator):
+def check_life(scratch, first, following, files, emulator):
     """Installs a package, upgrades it, removes it."""
     installation = Installation(scratch)
     root = installation.root
+    what = first.name
+    name = what.partition("_")[0]
     for package, expected in ((first, files), (following, renamed(files))):
         installation.dpkg("--install", package)
         check_files(f"{what}, installed", root, expected)
-        check_program(f"{what}, installed", root, emulator)
+        check_programs(f"{what}, installed", root, emulator)
         version = output_of("dpkg-deb", "-f", package, "Version", text=True).strip()
-        expect(installation.version() == version, f"{what}: {installation.version()} is installed")
-    installation.dpkg("--purge", "events-viewer")
+        expect(installation.version(name) == version,
+               f"{what}: {installation.version(name)} is installed")
+    installation.dpkg("--purge", name)
     left = [str(path) for path in root.rglob("*")]
     expect(not left, f"{what}: does not remove {left}")
 
@@ -199,31 +221,32 @@ def unpack(archive, root):
     return names
 
 
-def check_plain_life(scratch, first, following):
+def check_plain_life(scratch, name, first, following):
     """Unpacks the archive, unpacks the next one over it, and removes what the latter lists."""
     root = scratch / "root"
-    root.mkdir()
+    root.mkdir(parents=True)
     real_share = scratch / "elsewhere"
     (root / "usr").mkdir(mode=0o700)
     real_share.mkdir()
     (root / "usr/share").symlink_to(real_share)
 
     old_names = unpack(first, root)
-    expect(sorted(old_names) == BOARD_FILES, f".tar.gz: has {old_names}")
-    check_program(".tar.gz, unpacked", root, EMULATOR)
-    check_binary(".tar.gz", root)
-    check_licences(root)
-    for name in old_names:
-        (root / name).unlink()
-    names = unpack(following, root)
-    expect(sorted(names) == renamed(BOARD_FILES), f".tar.gz of the next version: has {names}")
-    check_program(".tar.gz, upgraded", root, EMULATOR)
+    expect(sorted(old_names) == BOARD_FILES[name], f"{name}, .tar.gz: has {old_names}")
+    check_programs(f"{name}, .tar.gz, unpacked", root, EMULATOR)
+    check_binaries(f"{name}, .tar.gz", root)
+    check_licences(root / DOC / name)
+    for old in old_names:
+        (root / old).unlink()
+    new_names = unpack(following, root)
+    expect(sorted(new_names) == renamed(BOARD_FILES[name]),
+           f"{name}, .tar.gz of the next version: has {new_names}")
+    check_programs(f"{name}, .tar.gz, upgraded", root, EMULATOR)
     expect((root / "usr").stat().st_mode & 0o777 == 0o700 and (root / "usr/share").is_symlink(),
-           ".tar.gz: unpacking changes the folders that were there")
-    for name in names:
-        (root / name).unlink()
+           f"{name}, .tar.gz: unpacking changes the folders that were there")
+    for new in new_names:
+        (root / new).unlink()
     left = files_below(root / "usr/bin") + files_below(real_share)
-    expect(not left, f".tar.gz: does not remove {left}")
+    expect(not left, f"{name}, .tar.gz: does not remove {left}")
 
 
 def check_members(package, compression):
@@ -246,36 +269,35 @@ def unpacked(package, folder):
 def main():
     packages, same, following = map(Path, sys.argv[1:])
     names = sorted(path.name for path in packages.iterdir())
-    ipk, deb = only(packages, "*.ipk"), only(packages, "*.deb")
-    plain = only(packages, "*.tar.gz")
-    expect(len(names) == 3, f"packages of three kinds are expected, not {names}")
+    deb = only(packages, "*.deb")
+    expect(len(names) == 2 * len(PROGRAMS) + 1, f"more or fewer packages: {names}")
     for name in names:
         expect((packages / name).read_bytes() == (same / name).read_bytes(),
                f"{name}: made elsewhere it is another")
 
     with tempfile.TemporaryDirectory() as scratch:
         scratch = Path(scratch)
-        board_root = unpacked(ipk, scratch / "unpacked-ipk")
-        pc_root = unpacked(deb, scratch / "unpacked-deb")
-        for what, root, files in ((".ipk", board_root, BOARD_FILES), (".deb", pc_root, PC_FILES)):
-            check_files(what, root, files)
-            check_binary(what, root)
-            page = gzip.decompress((root / "usr/share/man/man1/events-viewer.1.gz").read_bytes())
-            expect(page == (ROOT / "doc/events-viewer.1").read_bytes(), f"{what}: another manual")
-        broken, links = broken_links(pc_root / DOC)
+        for program, files in BOARD_FILES.items():
+            ipk, next_ipk = (only(folder, f"{program}_*.ipk") for folder in (packages, following))
+            plain, next_plain = (only(folder, f"{program}-*.tar.gz") for folder in (packages, following))
+            root = unpacked(ipk, scratch / ipk.name)
+            check_files(ipk.name, root, files)
+            check_binaries(ipk.name, root)
+            check_licences(root / DOC / program)
+            check_board_dependencies(ipk, root)
+            check_members(ipk, "gz")
+            check_archive(plain.name, plain.read_bytes())
+            check_life(scratch / f"{program}-ipk", ipk, next_ipk, files, EMULATOR)
+            check_plain_life(scratch / f"{program}-plain", program, plain, next_plain)
+        root = unpacked(deb, scratch / deb.name)
+        check_files(".deb", root, PC_FILES)
+        check_binaries(".deb", root)
+        broken, links = broken_links(root / DOC / "events-viewer")
         expect(links and not broken, f".deb: {links} links, broken are {broken}")
-        check_licences(board_root)
-        check_board_dependencies(ipk, board_root)
         check_pc_dependencies(deb)
         check_jsoncpp_of_page()
-        check_members(ipk, "gz")
         check_members(deb, "xz")
-        check_archive(".tar.gz", plain.read_bytes())
-
-        check_life(".ipk", scratch / "ipk", ipk, only(following, "*.ipk"), BOARD_FILES, EMULATOR)
-        check_life(".deb", scratch / "deb", deb, only(following, "*.deb"), PC_FILES, [])
-        (scratch / "plain").mkdir()
-        check_plain_life(scratch / "plain", plain, only(following, "*.tar.gz"))
+        check_life(scratch / "deb", deb, only(following, "*.deb"), PC_FILES, [])
 
     lintian = subprocess.run(["lintian", "--fail-on", "error,warning", deb], check=False, text=True,
                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)

@@ -10,6 +10,7 @@
 #include "eventlog/event_line.h"
 #include "jsonaccess/plain_object.h"
 #include "support/captured_cout.h"
+#include "support/printable.h"
 
 #include <json/json.h>
 
@@ -51,12 +52,7 @@ const std::vector<std::string> kPieces = {
 
 [[noreturn]] void fail(std::string_view text, const char* what)
 {
-    std::fprintf(stderr, "not what JsonCpp gives: %s, of: ", what);
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        std::fprintf(stderr, byte < 0x20 || byte > 0x7e ? "\\x%02x" : "%c", byte);
-    }
-    std::fputc('\n', stderr);
+    std::fprintf(stderr, "not what JsonCpp gives: %s, of: %s\n", what, printable(text).c_str());
     std::exit(1);
 }
 
@@ -158,15 +154,15 @@ private:
         std::copy(text_.begin(), text_.end(), begin);
         const std::string_view text(begin, size);
 
-        std::string_view rest = text;
-        const auto object = jsonaccess::takePlainObject(rest);
-        std::string_view restOfTexts = text;
-        const auto texts = jsonaccess::takePlainTexts(restOfTexts);
-        stopped_ = size - rest.size();
-        undecided_ = !object.has_value() && rest.empty();
+        const char* end = nullptr;
+        const auto object = jsonaccess::readPlainObject(text, &end);
+        const char* endOfTexts = nullptr;
+        const auto texts = jsonaccess::readPlainTexts(text, &endOfTexts);
+        stopped_ = static_cast<std::size_t>(end - begin);
+        undecided_ = !object.has_value() && stopped_ == size;
         if (object.has_value()) {
             compare(text, *object);
-            check(!texts.has_value() || rest == restOfTexts, text, "the end of an object of texts");
+            check(!texts.has_value() || end == endOfTexts, text, "the end of an object of texts");
         }
         check(texts.has_value() == (object.has_value() && isOfTexts(object->members)), text,
               "an object of texts");
@@ -217,7 +213,7 @@ private:
             }
         }
         if (isOfTexts(members)) {
-            jsonaccess::writeString(members, json_);
+            jsonaccess::writeTexts(members, json_);
             check(json_ == library_.write(bare), text, "the compact form");
         }
     }

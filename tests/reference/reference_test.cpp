@@ -7,6 +7,7 @@
 #include "reference/log_mutator.h"
 #include "reference/naive.h"
 #include "render/log_export.h"
+#include "support/printable.h"
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -75,18 +76,6 @@ std::string outcomeOf(const Table& table, const std::string& outputPath)
     std::ostringstream outcome;
     outcome << "status " << status << "\n" << std::ifstream(outputPath, std::ios::binary).rdbuf();
     return outcome.str();
-}
-
-std::string printable(const std::string& text)
-{
-    std::string result;
-    for (const char c : text) {
-        char escaped[8];
-        const auto byte = static_cast<unsigned char>(c);
-        std::snprintf(escaped, sizeof escaped, byte < 0x20 || byte > 0x7e ? "\\x%02x" : "%c", byte);
-        result += c == '\n' ? "\n" : escaped;
-    }
-    return result;
 }
 
 class Comparison {

@@ -49,11 +49,10 @@ std::string variablesOf(const vocabulary::Description& description, const std::s
     return '{' + members + '}';
 }
 
-} // namespace
+using Samples = std::vector<Sample>;
 
-std::vector<Sample> everyCode()
+void addEveryCode(Samples& samples)
 {
-    std::vector<Sample> samples;
     const std::int32_t first = vocabulary::eventNames().front().code - 10;
     const std::int32_t last = vocabulary::eventNames().back().code + 10;
     for (std::int32_t code = first; code <= last; ++code) {
@@ -62,52 +61,47 @@ std::vector<Sample> everyCode()
     for (const std::int32_t code : {INT32_MIN, -last, -first, -1, 0, 1, INT32_MAX}) {
         samples.push_back({code, "code " + std::to_string(code), "{}"});
     }
-    return samples;
 }
 
-std::vector<Sample> everyDescription()
+void addWrongVariables(Samples& samples, const vocabulary::Description& description)
 {
-    std::vector<Sample> samples;
+    for (const vocabulary::Slot& slot : description.slots) {
+        samples.push_back({description.code, "no " + slot.key, variablesOf(description, slot.key)});
+        for (const std::string value : kValuesOfOtherTypes) {
+            samples.push_back(
+                {description.code, slot.key, variablesOf(description, slot.key, value)});
+        }
+    }
+}
+
+void addEveryReason(Samples& samples, const vocabulary::Description& description,
+                    const vocabulary::Slot& slot)
+{
+    for (const vocabulary::Reason& reason : vocabulary::reasons()) {
+        if (reason.table != slot.table) {
+            continue;
+        }
+        std::vector<std::string> names = namesLike(reason);
+        names.push_back(reason.name);
+        for (const std::string& name : names) {
+            samples.push_back(
+                {description.code, name, variablesOf(description, slot.key, quoted(name))});
+        }
+    }
+}
+
+} // namespace
+
+Samples everySample()
+{
+    Samples samples;
+    addEveryCode(samples);
     for (const vocabulary::Description& description : vocabulary::descriptions()) {
         samples.push_back({description.code, "time " + std::to_string(description.code),
                            variablesOf(description)});
-    }
-    return samples;
-}
-
-std::vector<Sample> everyDescriptionWithWrongVariables()
-{
-    std::vector<Sample> samples;
-    for (const vocabulary::Description& description : vocabulary::descriptions()) {
-        samples.push_back({description.code, "no variables", "{}"});
+        addWrongVariables(samples, description);
         for (const vocabulary::Slot& slot : description.slots) {
-            samples.push_back(
-                {description.code, "no " + slot.key, variablesOf(description, slot.key)});
-            for (const std::string value : kValuesOfOtherTypes) {
-                samples.push_back(
-                    {description.code, slot.key, variablesOf(description, slot.key, value)});
-            }
-        }
-    }
-    return samples;
-}
-
-std::vector<Sample> everyReason()
-{
-    std::vector<Sample> samples;
-    for (const vocabulary::Description& description : vocabulary::descriptions()) {
-        for (const vocabulary::Slot& slot : description.slots) {
-            for (const vocabulary::Reason& reason : vocabulary::reasons()) {
-                if (reason.table != slot.table) {
-                    continue;
-                }
-                std::vector<std::string> names = namesLike(reason);
-                names.push_back(reason.name);
-                for (const std::string& name : names) {
-                    samples.push_back(
-                        {description.code, name, variablesOf(description, slot.key, quoted(name))});
-                }
-            }
+            addEveryReason(samples, description, slot);
         }
     }
     return samples;

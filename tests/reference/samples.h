@@ -16,20 +16,13 @@ struct Sample {
     std::string variables; ///< as JSON text
 };
 
-/// Every code from ten before the first to ten after the last that has a name, and the codes at the
-/// ends of what 32 bits hold; without variables.
-std::vector<Sample> everyCode();
-
-/// Each description with all its variables, in the order of the slots. A reason is the first of its
-/// table.
-std::vector<Sample> everyDescription();
-
-/// Each description without variables, with each variable missing, and with each variable of every
-/// JSON type except string.
-std::vector<Sample> everyDescriptionWithWrongVariables();
-
-/// Each reason in each description that explains it: by its name, and by names that are nearly it.
-std::vector<Sample> everyReason();
+/// - Every code from ten before the first to ten after the last that has a name, and the codes at
+///   the ends of what 32 bits hold; without variables.
+/// - Each description with all its variables, in the order of the slots; a reason is the first of
+///   its table. The same with each variable missing, and with each variable of every JSON type
+///   except string.
+/// - Each reason in each description that explains it: by its name, and by all namesLike it.
+std::vector<Sample> everySample();
 
 /// Strings that are nearly the name of `reason`: in lower case, shortened, lengthened, with a
 /// space, its value, nothing, and its explanation.

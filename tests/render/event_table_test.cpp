@@ -1,7 +1,7 @@
 #include "render/event_table.h"
 
 #include "support/captured_cout.h"
-#include "text/watched_calls.h"
+#include "support/watched_calls.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "text/shared_text.h"
 
-#include "text/watched_calls.h"
+#include "support/watched_calls.h"
 
 #include <gtest/gtest.h>
 

@@ -1,18 +1,37 @@
 // Compares the program's tables with their second copy, row by row and in both directions.
 
 #include "catalog/event_name_table.h"
+#include "catalog/event_names.h"
+#include "catalog/reason_tables.h"
 #include "describe/description_catalog.h"
-#include "vocabulary/reason_table_list.h"
 #include "vocabulary/vocabulary.h"
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace eventsviewer {
 namespace {
+
+// In the order of src/catalog/reason_tables.h.
+const std::pair<std::string, const ReasonTable*> kReasonTables[] = {
+#include "reason_table_rows.inc" // written by CMake
+};
+
+// Empty if there is no table.
+std::string nameOf(const ReasonTable* wanted)
+{
+    for (const auto& [name, table] : kReasonTables) {
+        if (table == wanted) {
+            return name;
+        }
+    }
+    return "";
+}
 
 std::string keyOf(const vocabulary::EventName& event)
 {
@@ -45,8 +64,7 @@ std::string asSource(const vocabulary::EventName& event)
 
 std::string asSource(const vocabulary::Reason& reason)
 {
-    return "    { " + std::to_string(valueOf(reason)) + ", " + quoted(reason.name) + ", " +
-           quoted(reason.explanation) + "},";
+    return "    {" + quoted(reason.name) + ", " + quoted(reason.explanation) + "},";
 }
 
 std::string asSource(const vocabulary::Description& description)
@@ -112,12 +130,31 @@ vocabulary::Description descriptionOf(const Description& row)
     for (const Slot& slot : row.slots) {
         const std::size_t end = text.find("%s");
         description.pieces.push_back(text.substr(0, end));
-        description.slots.push_back(
-            {slot.key, slot.reasons != nullptr ? nameOf(*slot.reasons) : ""});
+        description.slots.push_back({slot.key, nameOf(slot.reasons)});
         text.erase(0, end + 2);
     }
     description.pieces.push_back(text);
     return description;
+}
+
+void compareNames(const std::vector<vocabulary::EventName>& inSource,
+                  const std::vector<vocabulary::EventName>& inList)
+{
+    expectSameRows(inSource, "S", inList, "L");
+}
+
+TEST(ExpectSameRows, NamesTheRowAndTheFileOfEachDifference)
+{
+    compareNames({{1, "A"}, {2, "B"}}, {{1, "A"}, {2, "B"}});
+    EXPECT_NONFATAL_FAILURE(compareNames({{1, "A"}, {2, "B"}}, {{1, "A"}}),
+                            "L lacks 2, which S has. Add the row\n2 B");
+    EXPECT_NONFATAL_FAILURE(compareNames({{1, "A"}}, {{1, "A"}, {2, "B"}}),
+                            "S lacks 2, which L has. Add the row\n    {2, \"B\"},");
+    EXPECT_NONFATAL_FAILURE(
+        compareNames({{1, "A"}, {2, "B"}}, {{1, "A"}, {2, "C"}}),
+        "The copies of 2 differ. Either S needs the row\n    {2, \"C\"},\nor L needs the row\n2 B");
+    EXPECT_NONFATAL_FAILURE(compareNames({{1, "A"}, {2, "B"}}, {{2, "B"}, {1, "A"}}),
+                            "The order differs: S has 1 where L has 2");
 }
 
 TEST(Vocabulary, HasTheEventNamesOfTheProgram)
@@ -133,7 +170,7 @@ TEST(Vocabulary, HasTheEventNamesOfTheProgram)
 TEST(Vocabulary, HasTheReasonsOfTheProgram)
 {
     std::vector<vocabulary::Reason> rows;
-    for (const auto& [name, table] : reasonTablesByName()) {
+    for (const auto& [name, table] : kReasonTables) {
         for (const Reason& row : *table) {
             rows.push_back({name, row.name, row.explanation});
         }
@@ -147,6 +184,7 @@ TEST(Vocabulary, HasTheDescriptionsOfTheProgram)
     std::vector<vocabulary::Description> rows;
     for (const Description& row : DescriptionCatalog) {
         rows.push_back(descriptionOf(row));
+        EXPECT_NE(knownEventName(row.code), "") << "src/catalog/event_name_table.h lacks it";
     }
     expectSameRows(rows, "src/describe/description_catalog.h", vocabulary::descriptions(),
                    vocabulary::kDescriptionsFile);

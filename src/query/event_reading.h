@@ -1,0 +1,26 @@
+#pragma once
+
+#include "eventlog/calendar.h"
+#include "eventlog/event_record.h"
+#include "query/log.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+namespace eventsviewer::query {
+
+/// Has to be called once before the functions below.
+void prepareReading();
+
+/// The event of the line `text`, which is line `line` of `log`; null if it has none. A line whose
+/// values are nested too deep is left out, and named on standard error if it `isToReport`.
+std::unique_ptr<EventRecord> readEvent(const Log& log, std::string_view text, std::uint64_t line,
+                                       bool isToReport = true);
+
+/// The years of the events of `log`, which are read once for that. The last event is in the year
+/// `year`, if that is given.
+Calendar readYears(Log& log, std::optional<std::int32_t> year);
+
+} // namespace eventsviewer::query

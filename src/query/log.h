@@ -1,0 +1,97 @@
+#pragma once
+
+#include "eventlog/line_reader.h"
+#include "eventlog/lines.h"
+#include "query/event_view.h"
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace eventsviewer::query {
+
+/// Lines with more bytes are left out, so that memory stays small.
+constexpr std::size_t kLongestLine = std::size_t{16} * 1024 * 1024;
+
+/// A log as it is given: the file L.0, if there is one, and the file L; or standard input.
+class Log {
+public:
+    /// Opens the log at `path`, or standard input for "-". Names each file that cannot be opened on
+    /// standard error.
+    explicit Log(const std::string& path);
+    Log(const Log&) = delete;
+    Log& operator=(const Log&) = delete;
+    ~Log();
+
+    /// Makes reading the log more than once possible, if need be by a copy in memory.
+    void keepForReadingAgain();
+
+    /// Calls `use(line, number)` with each line, oldest first. `number` counts the lines of the log
+    /// from 0 on. Calls `pause()` when the next lines may take time to come. Names a file that
+    /// cannot be read to its end, and each line that is too long, on standard error.
+    template <typename Use, typename Pause> void read(Use use, Pause pause)
+    {
+        std::uint64_t number = 0;
+        for (File& file : files_) {
+            file.firstLine = number;
+            if (file.descriptor < 0) {
+                continue;
+            }
+            LineReader reader(fromTheBeginning(file), kLongestLine);
+            std::string_view lines;
+            while (reader.next(lines)) {
+                if (reader.leftOutLine()) {
+                    report(number++, readBefore_ ? "" : "longer than 16 MiB; left out");
+                    continue;
+                }
+                while (!lines.empty()) {
+                    use(takeFirstLine(lines), number++);
+                }
+                pause();
+            }
+            file.error = reader.error() != 0 ? reader.error() : file.error;
+            reportError(file);
+        }
+        readBefore_ = true;
+    }
+
+    /// The path as it was given.
+    const Path& path() const { return path_; }
+
+    /// The path of the file with line `number`, and which line of that file it is, from 1 on.
+    const Path& fileOf(std::uint64_t number) const;
+    std::uint64_t lineInFile(std::uint64_t number) const;
+
+    /// Says `message` of the line `number` on standard error; nothing without a message.
+    void report(std::uint64_t number, std::string_view message) const;
+
+    /// When the file was last changed, in seconds since 1970; now for standard input.
+    std::int64_t changed() const;
+
+    /// Whether a file could not be opened or read.
+    bool failed() const { return failed_; }
+
+private:
+    struct File {
+        Path path;
+        int descriptor = -1;
+        int error = 0;   // an errno
+        off_t start = 0; // where the log begins; negative if it can be read only once
+        bool isReported = false;
+        std::uint64_t firstLine = UINT64_MAX;
+    };
+
+    const File& holding(std::uint64_t number) const;
+    static int fromTheBeginning(const File& file);
+    void reportError(File& file);
+
+    Path path_;
+    std::vector<File> files_;
+    bool readBefore_ = false; // then all long lines have been reported
+    bool failed_ = false;
+};
+
+} // namespace eventsviewer::query

@@ -1,0 +1,65 @@
+#include "query/messages.h"
+#include "query/options.h"
+#include "query/query.h"
+#include "text/shared_text.h"
+
+#include <exception>
+#include <new>
+
+namespace {
+
+using namespace eventsviewer::query;
+
+constexpr const char* kHelp = R"(Usage: events-query [OPTION]... [LOG]
+Shows those events of a satellite terminal's log that match all the options.
+LOG is a file L, read after L.0, or - (default /common/events_report).
+  -e, --event PATTERN,...  name ('*switch*') or code; !PATTERN leaves it out
+  -g, --grep REGEX         in the name or detail; without capitals in any case
+  -S, --since TIME         'Nov 20', 'Nov 20 08:14', 08:14, -2h, 2026-11-20
+  -U, --until TIME         to the end of that day, minute or second
+      --year YEAR          the year of the last event; the log has no years
+  -n, --number N           only the newest N of these events
+  -C, --context N          also the N events before and after each
+  -r, --reverse            newest first
+  -o, --output FORMAT      table, lines, csv or json
+      --color[=WHEN]       auto, always or never
+      --catalog            list the known events; with -e, -g and -o json
+  -h, --help               show this help
+      --version            show the version
+Examples:
+  events-query -n 5                                the last five events
+  events-query -e MODEM_OUT_OF_NETWORK -C 3 LOG    what came before each outage
+  events-query -S 'Nov 20 07:00' -U 08:14 LOG      between two times
+  events-query -o csv LOG > events.csv             for a spreadsheet
+Status: 0 something was found, 1 nothing, 2 an error. More: man events-query
+)";
+
+int show(const char* text)
+{
+    output() += text;
+    flushOutput();
+    return kFound;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::set_new_handler(endOutOfMemory);
+    eventsviewer::setTextMemoryHandler(endOutOfMemory);
+    std::set_terminate(endOutOfMemory); // the JSON library throws where a string has no memory
+    const auto options = parseOptions(argc, argv);
+    if (!options) {
+        return kError;
+    }
+    switch (options->action) {
+    case Action::ShowEvents:
+        return showEvents(*options);
+    case Action::ListCatalog:
+        return listCatalog(*options);
+    case Action::ShowHelp:
+        return show(kHelp);
+    case Action::ShowVersion:
+        return show("events-query " EVENTS_QUERY_VERSION "\n");
+    }
+}

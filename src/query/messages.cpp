@@ -1,0 +1,93 @@
+#include "query/messages.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <sstream>
+#include <string_view>
+
+namespace eventsviewer::query {
+
+namespace {
+
+constexpr std::string_view kDiagnostic = "Tarvik workaround: ";
+
+// Returns false after an error, which errno tells.
+bool writeAll(int descriptor, std::string_view text)
+{
+    while (!text.empty()) {
+        const ssize_t written = write(descriptor, text.data(), text.size());
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    return true;
+}
+
+std::stringbuf& captured()
+{
+    static auto* const buffer = new std::stringbuf; // std::cout uses it up to the end
+    return *buffer;
+}
+
+} // namespace
+
+void report(const std::string& message)
+{
+    flushOutput();
+    writeAll(STDERR_FILENO, "events-query: " + message + '\n');
+}
+
+void endOutOfMemory()
+{
+    writeAll(STDERR_FILENO, "events-query: out of memory\n"); // which takes none
+    std::_Exit(kError);
+}
+
+std::string& output()
+{
+    static std::string text;
+    return text;
+}
+
+void flushOutput()
+{
+    const bool written = writeAll(STDOUT_FILENO, output());
+    output().clear();
+    if (!written && errno != EPIPE) { // a reader that closes the pipe has read enough
+        report(std::string("standard output: ") + std::strerror(errno));
+    }
+    if (!written) {
+        std::_Exit(kError);
+    }
+}
+
+void captureDiagnostics()
+{
+    std::cout.rdbuf(&captured());
+}
+
+std::vector<std::string> takeDiagnostics()
+{
+    std::vector<std::string> diagnostics;
+    if (captured().in_avail() <= 0) { // as nearly always
+        return diagnostics;
+    }
+    std::istringstream lines(captured().str());
+    captured().str({});
+    for (std::string line; std::getline(lines, line);) {
+        if (line.compare(0, kDiagnostic.size(), kDiagnostic) == 0) {
+            diagnostics.push_back(line.substr(kDiagnostic.size()));
+        } else if (!diagnostics.empty() && !line.empty()) {
+            diagnostics.back() += ' ' + line.substr(line.find_first_not_of(' '));
+        }
+    }
+    return diagnostics;
+}
+
+} // namespace eventsviewer::query

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace eventsviewer::query {
+
+/// The statuses of a run.
+constexpr int kFound = 0;
+constexpr int kNothingFound = 1;
+constexpr int kError = 2;
+
+/// Prints one line on standard error that begins with "events-query: ". What was buffered for
+/// standard output is written first. What comes from outside has to be safe.
+void report(const std::string& message);
+
+/// Says that the memory is exhausted and ends the process with kError.
+[[noreturn]] void endOutOfMemory();
+
+/// What goes to standard output, for the writers to append to.
+std::string& output();
+
+/// Writes the output. If that fails, says so and ends the process with kError.
+void flushOutput();
+
+/// Keeps what is printed on std::cout, the diagnostics of the JSON layer, from standard output.
+void captureDiagnostics();
+
+/// The diagnostics since the last call, one line each, without what all begin with.
+std::vector<std::string> takeDiagnostics();
+
+} // namespace eventsviewer::query

@@ -1,0 +1,230 @@
+#include "query/options.h"
+
+#include "query/escapes.h"
+#include "query/messages.h"
+
+#include <getopt.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+namespace eventsviewer::query {
+
+namespace {
+
+struct UsageError {
+    std::string text;
+};
+
+// What an option without a letter is known by here.
+constexpr char kCatalog = '\1';
+constexpr char kColour = '\2';
+constexpr char kVersion = '\3';
+constexpr char kYear = '\4';
+
+const option kLongOptions[] = {
+    {"event", required_argument, nullptr, 'e'},     {"grep", required_argument, nullptr, 'g'},
+    {"since", required_argument, nullptr, 'S'},     {"until", required_argument, nullptr, 'U'},
+    {"year", required_argument, nullptr, kYear},    {"number", required_argument, nullptr, 'n'},
+    {"reverse", no_argument, nullptr, 'r'},         {"context", required_argument, nullptr, 'C'},
+    {"catalog", no_argument, nullptr, kCatalog},    {"output", required_argument, nullptr, 'o'},
+    {"color", optional_argument, nullptr, kColour}, {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, kVersion},    {nullptr, 0, nullptr, 0},
+};
+constexpr const char* kLetters = ":e:g:S:U:n:rC:o:h";
+
+// Options that mean nothing together. The manual has the same table.
+constexpr char kConflicts[][2] = {{kCatalog, 'S'}, {kCatalog, 'U'}, {kCatalog, kYear},
+                                  {kCatalog, 'n'}, {kCatalog, 'r'}, {kCatalog, 'C'}};
+
+// What users of events-viewer try.
+constexpr std::pair<char, const char*> kHints[] = {
+    {'i', "-i is an option of events-viewer; here the log is named by itself: events-query FILE"},
+    {'s', "-s is an option of events-viewer; here -n 10 shows the last 10 events"},
+    {'a', "-a is an option of events-viewer; here all events are shown without it"},
+};
+
+constexpr std::pair<const char*, Format> kFormats[] = {{"table", Format::Table},
+                                                       {"lines", Format::Lines},
+                                                       {"csv", Format::Csv},
+                                                       {"json", Format::Json}};
+
+std::string_view environment(const char* variable)
+{
+    const char* const value = std::getenv(variable);
+    return value != nullptr ? value : "";
+}
+
+bool isColourful(std::string_view when)
+{
+    const bool isWanted = environment("NO_COLOR").empty() && environment("TERM") != "dumb";
+    return when == "always" || (when == "auto" && isatty(STDOUT_FILENO) != 0 && isWanted);
+}
+
+// "-n" or "--catalog".
+std::string nameOf(char letter)
+{
+    for (const option& row : kLongOptions) {
+        if (row.val == letter && letter <= kYear) {
+            return std::string("--") + row.name;
+        }
+    }
+    return std::string("-") + letter;
+}
+
+// What getopt_long finds wrong, which has read up to `argument`.
+UsageError unknownOption(char letter, const char* argument)
+{
+    for (const auto& [tried, text] : kHints) {
+        if (tried == letter) {
+            return {text};
+        }
+    }
+    if (letter == '\0') {
+        return {argument + std::string(": no such option, or more than one begins like this")};
+    }
+    const bool isKnown =
+        letter <= kYear || (letter != ':' && std::strchr(kLetters, letter) != nullptr);
+    return {nameOf(letter) + (isKnown ? " takes no value" : ": no such option")};
+}
+
+// The number that `text` is; nothing if it is not a whole one from `least` to `most`.
+std::optional<std::int32_t> numberIn(const char* text, long long least, long long most)
+{
+    char* end = nullptr;
+    const long long number = std::strtoll(text, &end, 10);
+    const bool isNumber = text[0] >= '0' && text[0] <= '9' && *end == '\0';
+    return isNumber && number >= least && number <= most
+               ? std::optional(static_cast<std::int32_t>(number))
+               : std::nullopt;
+}
+
+// Takes the value of the option `letter`.
+void take(Options& options, char letter, const char* value)
+{
+    // `taken` tells whether the value was right.
+    const auto require = [letter, value](bool taken, const std::string& otherwise) {
+        if (!taken) {
+            throw UsageError{nameOf(letter) + ' ' + value + ": " + otherwise};
+        }
+    };
+    constexpr const char* kTimes = "not a time; give 'Nov 20 08:14', 08:14, -2h or 2026-11-20";
+    constexpr const char* kCount = "not a number of events; give a whole number";
+    std::string error;
+    switch (letter) {
+    case 'e':
+        error = options.events.add(value);
+        return require(error.empty(), error);
+    case 'g':
+        error = options.text.set(value);
+        return require(error.empty(), error);
+    case 'S':
+        options.since = TimeBound::parse(value);
+        return require(options.since.has_value(), kTimes);
+    case 'U':
+        options.until = TimeBound::parse(value);
+        return require(options.until.has_value(), kTimes);
+    case kYear:
+        options.year = numberIn(value, 1, 9999);
+        return require(options.year.has_value(), "not a year; give for example 2026");
+    case 'n':
+        options.number = numberIn(value, 1, INT32_MAX);
+        return require(options.number.has_value(), kCount + std::string(" from 1 on"));
+    case 'C':
+        options.context = numberIn(value, 0, INT32_MAX);
+        return require(options.context.has_value(), kCount);
+    case 'o':
+        for (const auto& [name, format] : kFormats) {
+            if (std::strcmp(name, value) == 0) {
+                options.format = format;
+                return;
+            }
+        }
+        return require(false, "not a format; give table, lines, csv or json");
+    case kColour:
+        options.colour = value != nullptr ? value : "always";
+        if (options.colour != "auto" && options.colour != "always" && options.colour != "never") {
+            throw UsageError{"--color=" + options.colour + ": give auto, always or never"};
+        }
+        return;
+    case 'r':
+        options.reverse = true;
+        return;
+    case kCatalog:
+        options.action = Action::ListCatalog;
+        return;
+    default:
+        options.action = letter == kVersion ? Action::ShowVersion : Action::ShowHelp;
+    }
+}
+
+// Refuses what means nothing together; `given` are the letters of the options.
+void checkTogether(const Options& options, const std::string& given)
+{
+    for (const auto& [one, other] : kConflicts) {
+        if (given.find(one) != std::string::npos && given.find(other) != std::string::npos) {
+            throw UsageError{nameOf(one) + " and " + nameOf(other) + " mean nothing together"};
+        }
+    }
+    const bool isTable = options.format == Format::Table;
+    const bool isCatalog = options.action == Action::ListCatalog;
+    if (options.colour == "always" && (!isTable || isCatalog)) {
+        throw UsageError{"--color=always means nothing without a table of events"};
+    }
+    if (isCatalog && !isTable && options.format != Format::Json) {
+        throw UsageError{"--catalog is shown with -o table or -o json"};
+    }
+}
+
+Options parsed(int argc, char** argv)
+{
+    Options options;
+    std::string given;
+    opterr = 0;
+    int found = 0;
+    while ((found = getopt_long(argc, argv, kLetters, kLongOptions, nullptr)) != -1) {
+        const auto letter = static_cast<char>(found);
+        if (letter == ':') {
+            throw UsageError{nameOf(static_cast<char>(optopt)) + " needs a value"};
+        }
+        if (letter == '?') {
+            throw unknownOption(static_cast<char>(optopt), argv[optind - 1]);
+        }
+        if (letter != 'e' && given.find(letter) != std::string::npos) {
+            throw UsageError{nameOf(letter) + " is given twice"};
+        }
+        given += letter;
+        take(options, letter, optarg);
+        if (options.action == Action::ShowHelp || options.action == Action::ShowVersion) {
+            return options;
+        }
+    }
+    if (argc - optind > 1) {
+        throw UsageError{argv[optind + 1] + std::string(": only one log can be named")};
+    }
+    if (optind < argc && options.action == Action::ListCatalog) {
+        throw UsageError{"--catalog reads no log"};
+    }
+    options.log = optind < argc ? argv[optind] : options.log;
+    checkTogether(options, given);
+    options.layout = layoutOfTerminal(isColourful(options.colour));
+    return options;
+}
+
+} // namespace
+
+std::optional<Options> parseOptions(int argc, char** argv)
+{
+    try {
+        return parsed(argc, argv);
+    } catch (const UsageError& error) {
+        report(safe(error.text) + " (see events-query --help)");
+        return std::nullopt;
+    }
+}
+
+} // namespace eventsviewer::query

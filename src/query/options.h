@@ -1,0 +1,36 @@
+#pragma once
+
+#include "query/filters.h"
+#include "query/time_bound.h"
+#include "query/writers.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace eventsviewer::query {
+
+enum class Action { ShowEvents, ListCatalog, ShowHelp, ShowVersion };
+
+/// The settings of one run.
+struct Options {
+    Action action = Action::ShowEvents;
+    std::string log = "/common/events_report"; ///< where the terminal writes it
+    EventFilter events;
+    TextFilter text;
+    std::optional<TimeBound> since;
+    std::optional<TimeBound> until;
+    std::optional<std::int32_t> year;
+    std::optional<std::int32_t> number;  ///< at least 1
+    std::optional<std::int32_t> context; ///< at least 0
+    bool reverse = false;
+    Format format = Format::Table;
+    std::string colour = "auto";
+    Layout layout;
+};
+
+/// The settings that a command line asks for. Nothing after a usage error, which is reported on
+/// standard error. Reorders `argv` as getopt does, and can be called once in a process.
+std::optional<Options> parseOptions(int argc, char** argv);
+
+} // namespace eventsviewer::query

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "query/event_view.h"
+
+#include <cstddef>
+#include <string>
+
+namespace eventsviewer::query {
+
+enum class Format { Table, Lines, Csv, Json };
+
+/// How a table is laid out.
+struct Layout {
+    std::size_t width = 0; ///< columns of the terminal; 0 means that lines are not broken
+    bool colour = false;
+};
+
+/// The layout for standard output as it is now; `colour` if its names are coloured there.
+Layout layoutOfTerminal(bool colour);
+
+/// What comes before all events in this format.
+std::string headerOf(Format format);
+
+/// Adds one event in the form of `format`.
+void appendEvent(std::string& out, Format format, const Layout& layout, const EventView& event);
+
+/// Adds `event` as rows of a table for a person:
+///
+///     Nov 20 08:15:02 MODEM_OUT_OF_NETWORK           This terminal fell out of network.
+///                                                    Reason: NO_UCP
+void appendTableRow(std::string& out, const Layout& layout, const EventView& event);
+
+} // namespace eventsviewer::query
