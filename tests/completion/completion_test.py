@@ -20,7 +20,7 @@ VIEWER_CASES = {
     # the names of options
     "--in": ["--input_file"],
     "--s": ["--show"],
-    "--x": [],
+    "--zz": [],
     "--show --num": ["--number"],
     "-s -n 3 --o": ["--output_file"],
     # file names after every form of the two options that take one; other arguments are ignored
@@ -46,7 +46,7 @@ QUERY_CASES = {
     # the names of options
     "--ev": ["--event"],
     "-r --co": ["--color", "--context"],
-    "--x": [],
+    "--zz": [],
     # the names of events after every form of the option
     "-e MODEM_OUT": ["MODEM_OUT_OF_NETWORK"],
     "--event MODEM_OUT": ["MODEM_OUT_OF_NETWORK"],
