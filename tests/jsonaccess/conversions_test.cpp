@@ -1,5 +1,6 @@
 #include "jsonaccess/json_access.h"
 
+#include "jsonaccess/parsed.h"
 #include "support/captured_cout.h"
 
 #include <gtest/gtest.h>
@@ -15,13 +16,6 @@ constexpr const char* kSignedRange = "Tarvik workaround: LargestInt out of Int r
 constexpr const char* kUnsignedRange = "Tarvik workaround: LargestUInt out of Int range\n";
 constexpr const char* kRealRange = "Tarvik workaround: double out of Int range\n";
 constexpr const char* kNoConversion = "Tarvik workaround: Value is not convertible to Int.\n";
-
-Json::Value parsed(std::string_view text)
-{
-    Json::Value root;
-    parse(text, root);
-    return root;
-}
 
 void expectInt(std::int32_t number, const char* diagnostic, const Json::Value& value)
 {

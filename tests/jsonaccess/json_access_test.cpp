@@ -1,5 +1,6 @@
 #include "jsonaccess/json_access.h"
 
+#include "jsonaccess/parsed.h"
 #include "support/captured_cout.h"
 
 #include <gtest/gtest.h>
@@ -17,13 +18,6 @@ namespace {
 constexpr const char* kParseError = "Tarvik workaround: error occured in IStream in JsonCpp:";
 constexpr const char* kFindDiagnostic =
     "Tarvik workaround: in Json::Value::find(begin, end): requires objectValue or nullValue\n";
-
-Json::Value parsed(std::string_view text)
-{
-    Json::Value root;
-    parse(text, root);
-    return root;
-}
 
 /// Values that can have no members.
 std::vector<Json::Value> valuesWithoutMembers()
