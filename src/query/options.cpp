@@ -129,7 +129,7 @@ void take(Options& options, char letter, const char* value)
         options.until = TimeBound::parse(value);
         return require(options.until.has_value(), kTimes);
     case kYear:
-        options.year = numberIn(value, 1, 9999);
+        options.year = numberIn(value, 1000, 9999);
         return require(options.year.has_value(), "not a year; give for example 2026");
     case 'n':
         options.number = numberIn(value, 1, INT32_MAX);

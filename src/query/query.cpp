@@ -38,6 +38,7 @@ public:
 
 private:
     bool setRange();
+    void reportRange() const;
     bool isInRange(std::uint64_t line, const std::string& time);
     void look(std::string_view text, std::uint64_t line, const Glance& glance);
     void collect(Found found, std::string_view text, EventView* view);
@@ -88,6 +89,9 @@ int Query::run()
         options_.reverse ? held_.pop_back() : held_.pop_front();
     }
     flushOutput();
+    if (!anyFound_) {
+        reportRange();
+    }
     return log_.failed() ? kError : anyFound_ ? kFound : kNothingFound;
 }
 
@@ -111,6 +115,18 @@ bool Query::setRange()
         return false;
     }
     return true;
+}
+
+// Says why nothing can be in the range.
+void Query::reportRange() const
+{
+    const std::string first = calendar_.first() ? isoTime(*calendar_.first()) : "";
+    const std::string last = calendar_.last() ? isoTime(*calendar_.last()) : kAfterAll;
+    if (since_ > last) {
+        report("-S is " + since_ + ", after the last event, " + last);
+    } else if (until_ < first) {
+        report("-U is " + until_ + ", before the first event, " + first);
+    }
 }
 
 // An event without a time belongs to the time before it.

@@ -12,6 +12,7 @@ namespace {
 constexpr Moment kMinute = 60;
 constexpr Moment kHour = 60 * kMinute;
 constexpr Moment kHalfAYear = 183 * kDay;
+constexpr Moment kSoonAfter = 31 * kDay;
 constexpr int kLeapYearsApart = 8; // at the most
 
 struct Unit {
@@ -117,6 +118,18 @@ Moment TimeBound::nearestDate(Moment first, Moment last) const
     return best;
 }
 
+// The latest such time within the log, or soon after it, or else before it.
+Moment TimeBound::latestDate(Moment first, Moment last) const
+{
+    const Moment next = firstDate(last + 1);
+    int year = yearOf(last);
+    while (!isIn(year) || momentOf(year, stamp_) > last) {
+        --year;
+    }
+    const Moment latest = momentOf(year, stamp_);
+    return latest + length_ <= first && next <= last + kSoonAfter ? next : latest;
+}
+
 // The first such time that does not end before `since`.
 Moment TimeBound::firstDate(Moment since) const
 {
@@ -136,7 +149,7 @@ Moment TimeBound::since(Moment first, Moment last) const
     case Form::Full:
         return momentOf(year_, stamp_);
     case Form::Date:
-        return nearestDate(first, last);
+        return latestDate(first, last);
     case Form::Clock:
         break;
     }

@@ -26,6 +26,7 @@ private:
     bool isIn(int year) const;
     Moment beforeLast(Moment last) const;
     Moment nearestDate(Moment first, Moment last) const;
+    Moment latestDate(Moment first, Moment last) const;
     Moment firstDate(Moment since) const;
 
     Form form_ = Form::Full;

@@ -149,7 +149,11 @@ class Bound:
         if self.year:
             return datetime(self.year, *self.date) + self.clock
         if self.date:
-            return self.nearest(first, last)
+            days = self.in_years(last.year - 8, last.year + 8)
+            latest = [day for day in days if day <= last][-1]
+            coming = [day for day in days if day > last][0]
+            is_near = latest + self.length < first and coming <= last + timedelta(days=31)
+            return coming if is_near else latest
         begin = datetime(*last.timetuple()[:3]) + self.clock
         return begin if begin <= last else begin - timedelta(days=1)
 

@@ -102,18 +102,27 @@ SELECTED = [
     (DAYS, ["-S", "-1d"], "2 3 4 5 6 7 8 9"),
     (DAYS, ["-S", "-1w"], "1 2 3 4 5 6 7 8 9"),
     (DAYS, ["-S", "-99999w"], "1 2 3 4 5 6 7 8 9"),
-    (DAYS, ["-U", "-2147483647w"], ""),
+    (DAYS, ["-U", "-2147483647w"],
+     "events-query: -U is 0001-01-01T00:00:00, before the first event, 2026-11-19T23:00:00"),
     (DAYS, ["-S", "2026-11-20"], "2 3 4 5 6 7 8 9"),
     (DAYS, ["-U", "2026-11-20"], "1 2 3 4 5 6 7 8"),
     (DAYS, ["-S", "2026-11-20T08:14", "-U", "2026-11-20 08:14"], "3 4 5"),
     (DAYS, ["-S", "2026-11-20 08:14:40", "-U", "2026-11-20T08:14:40"], "4"),
-    (DAYS, ["-S", "2025-01-01", "-U", "2025-12-31"], ""),
+    (DAYS, ["-S", "2025-01-01", "-U", "2025-12-31"],
+     "events-query: -U is 2025-12-31T23:59:59, before the first event, 2026-11-19T23:00:00"),
     (DAYS, ["-S", "2026-11-20", "-U", "2026-11-19"],
      "events-query: -S is 2026-11-20T00:00:00, which is after -U, 2026-11-19T23:59:59"),
     (DAYS, ["-S", "Nov 21", "-U", "-10h"],
      "events-query: -S is 2026-11-21T00:00:00, which is after -U, 2026-11-20T20:00:00"),
-    (DAYS, ["-S", "Nov 22"], ""),
-    (DAYS, ["-U", "Nov 18"], ""),
+    (DAYS, ["-S", "Nov 22"],
+     "events-query: -S is 2026-11-22T00:00:00, after the last event, 2026-11-21T06:00:00"),
+    (DAYS, ["-S", "Dec 22 06:00:00"],
+     "events-query: -S is 2026-12-22T06:00:00, after the last event, 2026-11-21T06:00:00"),
+    (DAYS, ["-S", "Dec 22 06:00:01"], "1 2 3 4 5 6 7 8 9"),
+    (DAYS, ["-S", "Jan 1"], "1 2 3 4 5 6 7 8 9"),
+    (DAYS, ["-S", "Feb 29"], "1 2 3 4 5 6 7 8 9"),
+    (DAYS, ["-U", "Nov 18"],
+     "events-query: -U is 2026-11-18T23:59:59, before the first event, 2026-11-19T23:00:00"),
     (DAYS, ["-S", "Nov 20", "-e", "835", "-n", "2", "-r"], "9 8"),
     (DAYS, ["-S", "20:00", "-C", "1"], "7 8 9"),
     (DAYS, ["-U", "Nov 19", "-C", "1", "-n", "1"], "1 2"),
@@ -125,7 +134,7 @@ SELECTED = [
     (YEARS, ["-S", "Dec 1", "-U", "Jan 5"], "2 3"),
     (YEARS, ["-S", "Dec 31 23:59:59", "-U", "00:00"], "2 3"),
     (YEARS, ["-S", "2025-11-20", "-U", "Nov 20"], "1"),
-    (YEARS, ["-S", "Feb 29"], ""),
+    (YEARS, ["-S", "Feb 29"], "1 2 3 4"),
     (YEARS, ["-S", "2025-12-31T23:59:59", "-U", "2026-01-01T00:00:00"], "2 3"),
     (OUTAGE, ["-S", "08:00"], "2 3 4 5 6"),
     (OUTAGE, ["-S", "08:00:01"], "6"),
@@ -167,7 +176,7 @@ class Checks:
                               input=text if pipe else "", capture_output=True, text=True, check=False)
         events = [json.loads(line) for line in done.stdout.splitlines()]
         errors = done.stderr.strip()
-        if done.returncode != (2 if errors else 0 if events else 1):
+        if done.returncode != (0 if events else 2 if "after -U" in errors else 1):
             errors += f" status {done.returncode}"
         return events, errors
 
