@@ -144,7 +144,8 @@ class Runner:
             record = Path(scratch, "record")
             record.write_bytes(bytes(RECORD.size))
             settings = {"LC_ALL": "C", "TZ": "UTC", "LD_PRELOAD": self.library,
-                        "FAULT": f"{kind}:{number}:{error}:{mode}", "FAULT_RECORD": str(record)}
+                        "FAULT": f"{kind}:{number}:{error}:{mode}", "FAULT_RECORD": str(record),
+                        **{k: v for k, v in os.environ.items() if k == "LLVM_PROFILE_FILE"}}
             # A pipe that is full at once, so that each run makes the same calls.
             standard_input, writer = os.pipe()
             os.write(writer, case.standard_input)
@@ -156,7 +157,9 @@ class Runner:
             *calls, failures, transferred, path = RECORD.unpack(record.read_bytes())
             if number and failures == 0 and done.returncode == 0:
                 sys.exit(f"{case.name}: call {number} of {kind} was never made")
-            return Run(done.returncode, done.stdout, done.stderr,
+            # A coverage build whose calls fail before main may write no profile.
+            stderr = re.sub(rb"LLVM Profile Error: .*\n", b"", done.stderr)
+            return Run(done.returncode, done.stdout, stderr,
                        {p.name: p.read_bytes() for p in work.iterdir()},
                        dict(zip(KINDS, calls)), path.split(b"\0")[0].decode(), transferred)
 
