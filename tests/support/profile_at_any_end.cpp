@@ -1,6 +1,6 @@
-// Linked into the programs of the coverage build, so that a process that ends by abort, _exit or _Exit
-// writes its profile like any other, also if calls of it fail. The linker redirects their calls of
-// _exit and _Exit to this file (--wrap).
+// Linked into the programs of the coverage build, so that a process that ends by abort, _exit or
+// _Exit writes its profile like any other, also if calls of it fail. The linker redirects their
+// calls of _exit and _Exit to this file (--wrap).
 
 #include <dlfcn.h>
 #include <sys/resource.h>
