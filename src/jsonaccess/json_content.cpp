@@ -10,22 +10,21 @@ namespace eventsviewer::jsonaccess {
 
 namespace {
 
-// What need not be looked at: printable ASCII, without what a JSON string escapes or with it.
-enum class Plain { InJsonString, Everywhere };
+// What need not be looked at: printable ASCII but two characters, the ones that a JSON string
+// escapes or kNone, which is not printable anyway.
+constexpr char kNone = '\x7f';
 
-template <Plain plain> bool isPlain(char c)
+template <char quote, char backslash> bool isPlain(char c)
 {
-    return c >= ' ' && c < '\x7f' && (plain == Plain::Everywhere || (c != '"' && c != '\\'));
+    return c >= ' ' && c < '\x7f' && c != quote && c != backslash;
 }
 
 // SWAR: whether each byte of `word` is plain. May report false negatives, never false positives.
-template <Plain plain> bool arePlain(Word word)
+template <char quote, char backslash> bool arePlain(Word word)
 {
-    Word others = word | (word - everyByte(' ')) | (word + everyByte(1));
-    if (plain == Plain::InJsonString) {
-        others |=
-            ((word ^ everyByte('"')) - everyByte(1)) | ((word ^ everyByte('\\')) - everyByte(1));
-    }
+    const Word others = word | (word - everyByte(' ')) | (word + everyByte(1)) |
+                        ((word ^ everyByte(quote)) - everyByte(1)) |
+                        ((word ^ everyByte(backslash)) - everyByte(1));
     return (others & everyByte(0x80)) == 0;
 }
 
@@ -56,7 +55,7 @@ char* putJsonCharacter(char* to, const Character& character, const char* bytes)
     return to;
 }
 
-template <Plain plain> char* put(char* to, std::string_view text)
+template <char quote, char backslash> char* put(char* to, std::string_view text)
 {
     const char* from = text.data();
     const char* const end = from + text.size();
@@ -65,7 +64,7 @@ template <Plain plain> char* put(char* to, std::string_view text)
         while (end - from >= kWordBytes) {
             const Word word = wordAt(from);
             std::memcpy(to, &word, sizeof word);
-            if (!arePlain<plain>(word)) {
+            if (!arePlain<quote, backslash>(word)) {
                 break;
             }
             from += kWordBytes;
@@ -73,11 +72,11 @@ template <Plain plain> char* put(char* to, std::string_view text)
         }
         // The last bytes, with those before them once more.
         if (end - from < kWordBytes && end - text.data() >= kWordBytes &&
-            arePlain<plain>(wordAt(end - kWordBytes))) {
+            arePlain<quote, backslash>(wordAt(end - kWordBytes))) {
             std::memcpy(to + (end - from) - kWordBytes, end - kWordBytes, sizeof(Word));
             return to + (end - from);
         }
-        while (from != end && isPlain<plain>(*from)) {
+        while (from != end && isPlain<quote, backslash>(*from)) {
             *to++ = *from++;
         }
         if (from == end) {
@@ -126,12 +125,12 @@ Character firstCharacter(std::string_view text)
 
 char* putJsonContent(char* to, std::string_view text)
 {
-    return put<Plain::InJsonString>(to, text);
+    return put<'"', '\\'>(to, text);
 }
 
 char* putJson(char* to, std::string_view json)
 {
-    return put<Plain::Everywhere>(to, json);
+    return put<kNone, kNone>(to, json);
 }
 
 std::string jsonContent(std::string_view text)

@@ -61,40 +61,35 @@ std::string tableEntry(std::int32_t code, std::string_view words)
     return text + '\n';
 }
 
-void appendString(std::string& out, std::string_view text)
+std::string quoted(std::string_view text)
 {
-    out += '"' + jsonaccess::jsonContent(text) + '"';
+    return '"' + jsonaccess::jsonContent(text) + '"';
+}
+
+void appendItem(std::string& list, const std::string& item)
+{
+    list += list.empty() ? "" : ",";
+    list += item;
 }
 
 std::string jsonEntry(std::int32_t code, const Description* description)
 {
-    std::string text = R"({"code":)" + std::to_string(code) + R"(,"event":)";
     std::string variables;
     std::string reasons;
-    appendString(text, eventNameFor(code));
-    text += R"(,"template":)";
-    appendString(text, description != nullptr ? description->text : "");
     for (const Slot& slot :
          description != nullptr ? description->slots : std::initializer_list<Slot>()) {
-        variables += variables.empty() ? "" : ",";
-        appendString(variables, slot.key);
-        const ReasonTable* const table = reasonsFor(slot.key);
-        if (table == nullptr) {
-            continue;
+        appendItem(variables, quoted(slot.key));
+        if (const ReasonTable* const table = reasonsFor(slot.key)) {
+            std::string rows;
+            for (const auto& reason : *table) {
+                appendItem(rows, quoted(reason.name) + ':' + quoted(reason.explanation));
+            }
+            appendItem(reasons, quoted(slot.key) + ":{" + rows + '}');
         }
-        reasons += reasons.empty() ? "" : ",";
-        appendString(reasons, slot.key);
-        const char* before = ":{";
-        for (const auto& reason : *table) {
-            reasons += before;
-            appendString(reasons, reason.name);
-            reasons += ':';
-            appendString(reasons, reason.explanation);
-            before = ",";
-        }
-        reasons += '}';
     }
-    return text + R"(,"variables":[)" + variables + R"(],"reasons":{)" + reasons + "}}\n";
+    return R"({"code":)" + std::to_string(code) + R"(,"event":)" + quoted(eventNameFor(code)) +
+           R"(,"template":)" + quoted(description != nullptr ? description->text : "") +
+           R"(,"variables":[)" + variables + R"(],"reasons":{)" + reasons + "}}\n";
 }
 
 } // namespace

@@ -29,24 +29,23 @@ bool matchesAnyName(const std::string& pattern)
             return true;
         }
     }
-    // Names without an event of ours, with one digit or with the end of the pattern: each of its
-    // wildcards as a digit, or a star as nothing.
-    const std::string form = "UNRECOGNIZED_EVENT_CODE_";
-    bool any = false;
-    for (char digit = '0'; digit <= '9'; ++digit) {
-        any = any || matches(pattern, form + digit);
-        for (const std::string& star : {std::string(), std::string(1, digit)}) {
-            std::string end;
-            for (std::size_t at = pattern.rfind('_') + 1; at < pattern.size(); ++at) {
-                const bool isDigit = pattern[at] >= '0' && pattern[at] <= '9';
-                end += pattern[at] == '*' ? star : std::string(1, isDigit ? pattern[at] : digit);
-                at = pattern[at] == '[' ? std::min(pattern.find(']', at), pattern.size())
-                                        : at; // as one digit
-            }
-            any = any || matches(pattern, form + end);
+    // The name of an event that is not known ends with its code. Any digit may be in the place of
+    // another, and anything in the place of a bracket expression.
+    std::string digits = pattern;
+    if (const std::size_t bracket = digits.find('['); bracket < digits.rfind(']') + 1) {
+        digits.replace(bracket, digits.rfind(']') + 1 - bracket, "*");
+    }
+    std::replace_if(
+        digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; }, '0');
+    std::string name = "UNRECOGNIZED_EVENT_CODE_";
+    constexpr int kMostDigits = 10;
+    for (int i = 0; i < kMostDigits; ++i) {
+        name += '0';
+        if (matches(digits, name)) {
+            return true;
         }
     }
-    return any;
+    return false;
 }
 
 // How many characters of `wanted` have to change so that it is a part of `name`.

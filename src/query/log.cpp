@@ -42,10 +42,8 @@ int copyToMemory(int descriptor)
         }
     }
     const int error = count < 0 ? errno : 0;
-    if (copy >= 0) {
-        dup3(copy, descriptor, O_CLOEXEC);
-        close(copy);
-    }
+    dup3(copy, descriptor, O_CLOEXEC);
+    close(copy);
     return error;
 }
 
@@ -64,8 +62,8 @@ Log::Log(const std::string& path) : path_{path, jsonaccess::jsonContent(path)}
         file.error = file.descriptor < 0 ? errno : 0;
         file.start = file.descriptor < 0 ? 0 : lseek(file.descriptor, 0, SEEK_CUR);
         // One of the two may be missing.
-        const bool missing = file.error == ENOENT || file.error == ENOTDIR ||
-                             (file.error == ENAMETOOLONG && name != path);
+        const bool missing =
+            file.error == ENOENT || file.error == ENOTDIR || file.error == ENAMETOOLONG;
         if (!missing || (name == path && files_.empty())) {
             reportError(file);
             files_.push_back(std::move(file));
@@ -117,8 +115,8 @@ std::uint64_t Log::lineInFile(std::uint64_t number) const
 std::int64_t Log::changed() const
 {
     struct stat status = {};
-    if (files_.back().descriptor >= 0 && fstat(files_.back().descriptor, &status) == 0 &&
-        S_ISREG(status.st_mode) && path_.text != "-") {
+    fstat(files_.back().descriptor, &status); // without a file, it is not a regular one
+    if (S_ISREG(status.st_mode) && path_.text != "-") {
         return status.st_mtime;
     }
     return std::time(nullptr);

@@ -83,7 +83,7 @@ std::vector<std::string> takeDiagnostics()
     for (std::string line; std::getline(lines, line);) {
         if (line.compare(0, kDiagnostic.size(), kDiagnostic) == 0) {
             diagnostics.push_back(line.substr(kDiagnostic.size()));
-        } else if (!diagnostics.empty() && !line.empty()) {
+        } else if (!line.empty()) { // the rest of one
             diagnostics.back() += ' ' + line.substr(line.find_first_not_of(' '));
         }
     }

@@ -98,9 +98,10 @@ std::optional<std::int32_t> numberIn(const char* text, long long least, long lon
     char* end = nullptr;
     const long long number = std::strtoll(text, &end, 10);
     const bool isNumber = text[0] >= '0' && text[0] <= '9' && *end == '\0';
-    return isNumber && number >= least && number <= most
-               ? std::optional(static_cast<std::int32_t>(number))
-               : std::nullopt;
+    if (!isNumber || number < least || number > most) {
+        return std::nullopt;
+    }
+    return static_cast<std::int32_t>(number);
 }
 
 // Takes the value of the option `letter`.

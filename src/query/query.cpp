@@ -75,8 +75,9 @@ int Query::run()
     output() += headerOf(options_.format);
     // Most lines of most searches are passed over without a parse.
     const bool mayPass = options_.events.isGiven() && !hasRange_ && context_ == 0;
-    const auto lookAt = [this, mayPass](std::string_view text, std::uint64_t line) {
-        const Glance glance = mayPass || holds_ ? glanceAt(text) : Glance();
+    const bool glances = mayPass || holds_;
+    const auto lookAt = [this, mayPass, glances](std::string_view text, std::uint64_t line) {
+        const Glance glance = glances ? glanceAt(text) : Glance();
         const bool passes =
             mayPass && glance.kind == LineKind::Event && !options_.events.selects(glance.code);
         if (!passes && glance.kind != LineKind::NoEvent) {

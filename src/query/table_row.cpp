@@ -103,7 +103,8 @@ Layout layoutOfTerminal(bool colour)
     const char* const columns = std::getenv("COLUMNS");
     long width = columns != nullptr ? std::strtol(columns, nullptr, 10) : 0;
     winsize size = {};
-    if (width <= 0 && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) {
+    if (width <= 0) {
+        ioctl(STDOUT_FILENO, TIOCGWINSZ, &size);
         width = size.ws_col; // 0 on a serial line
     }
     // For the widths of characters. The patterns of the options compare bytes in the "C" locale.

@@ -1,5 +1,5 @@
 """The rules of events-query for years and times, a second time: those at the top of
-src/query/calendar.h, and what -S and -U mean."""
+src/eventlog/calendar.h, and what -S and -U mean."""
 
 import re
 from collections import namedtuple

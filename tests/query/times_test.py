@@ -2,7 +2,7 @@
 """Checks in which year events-query sees each event, and what -S and -U select.
 
 In the tables a log is written as the times of its events. "-" is an event without a time, and
-"TIME > NEW" reports that the clock was set to NEW. The lines are numbered from 1 on.
+"TIME > NEW" reports that the clock was set to NEW, which is missing for "-". The lines are numbered from 1 on.
 """
 
 import argparse
@@ -53,6 +53,11 @@ CALENDAR = [
      "2026-02-20T08:00:00 - 2026-11-20T09:00:00"),
     ("to a time in an unknown form", "Feb 20 08:00:00; Jan  1 00:01:00 > soon; Nov 20 09:00:01", FILE_DATE,
      "2026-02-20T08:00:00 - 2026-11-20T09:00:01"),
+    ("by one without a time in a known form", "Feb 20 08:00:00; Jan  1 00:00:09; soon > Nov 20 09:00:00; Nov 20 09:00:01",
+     FILE_DATE, "2026-02-20T08:00:00 - - 2026-11-20T09:00:01"),
+    ("an event that does not say to what sets no clock",
+     "Nov 20 08:00:00; Jan  1 08:00:00; Jan  1 09:00:00 > -; Jan  8 09:00:00", FILE_DATE,
+     "2025-11-20T08:00:00 2026-01-01T08:00:00 2026-01-01T09:00:00 2026-01-08T09:00:00"),
     ("a correction within the first week sets no clock",
      "Nov 20 08:00:00; Jan  1 08:00:00 > Jan  3 09:00:00; Jan  8 09:00:00", FILE_DATE,
      "2025-11-20T08:00:00 2026-01-01T08:00:00 2026-01-08T09:00:00"),
@@ -66,6 +71,18 @@ CALENDAR = [
      "2024-02-29T08:00:00 2024-12-31T08:00:00 2025-01-03T08:00:00"),
     ("a given year without the leap day", "Feb 28 08:00:00; Feb 29 08:00:00; Mar  1 08:00:00", "--year=2026",
      "2026-02-28T08:00:00 - 2026-03-01T08:00:00"),
+    ("a century has one if 400 divides it", "Feb 28 08:00:00; Feb 29 08:00:00; Mar  1 08:00:00", "--year=2000",
+     "2000-02-28T08:00:00 2000-02-29T08:00:00 2000-03-01T08:00:00"),
+    ("else it has none", "Feb 28 08:00:00; Feb 29 08:00:00; Mar  1 08:00:00", "--year=2100",
+     "2100-02-28T08:00:00 - 2100-03-01T08:00:00"),
+    ("a clock set back to Jan 01", "Dec 31 08:00:00; Jan  2 08:00:00; Jan  1 09:00:00; Jan 01 10:00:00", FILE_DATE,
+     "2025-12-31T08:00:00 2026-01-02T08:00:00 2026-01-01T09:00:00 2026-01-01T10:00:00"),
+    ("the year 0 is not known", "Dec 31 08:00:00; Jan  1 08:00:00", "--year=1", "- 0001-01-01T08:00:00"),
+    ("nor is the year 10000", "Dec 31 23:00:00; Jan  1 00:00:00; Dec 31 23:59:00", "--year=9999",
+     "9999-12-31T23:00:00 - 9999-12-31T23:59:00"),
+    ("digits that are none", "Nov 02 08:00:00; Nov /2 08:00:00; Nov :2 08:00:00; Nov 2/ 08:00:00; Nov 2: 08:00:00",
+     FILE_DATE, "2026-11-02T08:00:00 - - - -"),
+    ("months that are none", "Foo 02 08:00:00; anF 02 08:00:00; Nov 00 08:00:00", FILE_DATE, "- - -"),
     ("no time, and times in unknown forms",
      "-; Nov 02 08:00:00; Nov 02X08:00:01; nov 20 08:00:00; Nov 31 08:00:00; Nov 20 24:00:00; Nov 20 08:60:00; 2026-11-20T08:00:00; "
      "Nov 20 08:00:00 2026; Nov  2 08:00:01", FILE_DATE, "- 2026-11-02T08:00:00 - - - - - - - 2026-11-02T08:00:01"),
@@ -75,6 +92,7 @@ DAYS = ("Nov 19 23:00:00; Nov 20 07:59:59; Nov 20 08:14:00; Nov 20 08:14:40; Nov
         "Nov 20 20:00:00; Nov 21 06:00:00")
 YEARS = "Nov 20 08:00:00; Dec 31 23:59:59; Jan  1 00:00:00; Nov 20 09:00:00"
 OUTAGE = "-; Nov 20 08:00:00; Jan  1 00:00:09; Jan  1 00:01:00 > Nov 20 09:00:00; soon; Nov 20 09:00:01"
+LEAP_DAY = "Feb 28 08:00:00; Feb 29 08:00:00"
 
 # The log; options; the lines that are selected.
 SELECTED = [
@@ -140,6 +158,8 @@ SELECTED = [
     (OUTAGE, ["-S", "08:00:01"], "6"),
     (OUTAGE, ["-U", "08:00"], "1 2 3 4 5"),
     (OUTAGE, ["-U", "Nov 19"], "1"),
+    (LEAP_DAY, ["--year", "2026", "-S", "-1d"], "1 2"),
+    (LEAP_DAY, ["--year", "2026", "-S", "-86399s"], ""),
     ("-; soon", ["-S", "Nov 20"], ""),
     ("-; soon", ["-S", "-2h", "-U", "08:00"], ""),
     ("-; soon", ["-U", "Nov 20"], "1 2"),
@@ -153,6 +173,8 @@ def line_of(event):
         members["time"] = time
     if new_time:
         members["vars"] = {"delta_time": "1", "old_time": time, "new_time": new_time}
+    if new_time == "-":
+        del members["vars"]["new_time"]
     return json.dumps(members) + "\n"
 
 

@@ -1,21 +1,46 @@
-// Linked into the programs of the coverage build, so that a process that ends by abort or _exit
-// writes its profile like any other. The linker redirects their calls of _exit to this file
-// (--wrap).
+// Linked into the programs of the coverage build, so that a process that ends by abort, _exit or
+// _Exit writes its profile like any other, also if calls of it fail. The linker redirects their
+// calls of _exit and _Exit to this file (--wrap).
 
+#include <dlfcn.h>
 #include <sys/resource.h>
 
 #include <csignal>
+#include <cstdlib>
+
+namespace {
+
+// A test may have made calls fail, or have lowered the limit.
+void endFailures()
+{
+    if (void* const found = dlsym(RTLD_DEFAULT, "endFailingCalls")) {
+        reinterpret_cast<void (*)()>(found)();
+    }
+    rlimit files = {};
+    getrlimit(RLIMIT_NOFILE, &files);
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
+}
+
+} // namespace
 
 // NOLINTBEGIN
 extern "C" {
 
 int __llvm_profile_write_file();
+int __llvm_profile_register_write_file_atexit();
 [[noreturn]] void __real__exit(int status);
 
 [[noreturn]] void __wrap__exit(int status)
 {
+    endFailures();
     __llvm_profile_write_file();
     __real__exit(status);
+}
+
+[[noreturn]] void __wrap__Exit(int status)
+{
+    __wrap__exit(status);
 }
 }
 // NOLINTEND
@@ -24,15 +49,17 @@ namespace {
 
 void writeProfile(int /*signal*/) // abort goes on afterwards
 {
-    rlimit files = {};
-    getrlimit(RLIMIT_NOFILE, &files);
-    files.rlim_cur = files.rlim_max; // a test may have lowered the limit
-    setrlimit(RLIMIT_NOFILE, &files);
+    endFailures();
     __llvm_profile_write_file();
 }
 
-struct ProfileAtAbort {
-    ProfileAtAbort() { std::signal(SIGABRT, writeProfile); }
-} const profileAtAbort;
+struct ProfileAtAnyEnd {
+    ProfileAtAnyEnd()
+    {
+        std::signal(SIGABRT, writeProfile);
+        __llvm_profile_register_write_file_atexit(); // now, so that it is called after the next one
+        std::atexit(endFailures);
+    }
+} const profileAtAnyEnd;
 
 } // namespace
