@@ -19,7 +19,8 @@ namespace {
 template <typename Use> void forLinesOf(const std::string& inputPath, Use use)
 {
     for (const std::string& path : {inputPath + ".0", inputPath}) {
-        LineReader reader(path);
+        FileBytes file(path);
+        LineReader reader(file);
         std::string_view lines;
         while (reader.next(lines)) {
             use(lines);

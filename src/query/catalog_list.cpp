@@ -4,8 +4,8 @@
 #include "describe/describe_event.h"
 #include "describe/description.h"
 #include "describe/reason_variables.h"
+#include "eventlog/escapes.h"
 #include "jsonaccess/json_content.h"
-#include "query/escapes.h"
 #include "query/messages.h"
 
 namespace eventsviewer::query {

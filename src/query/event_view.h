@@ -41,10 +41,11 @@ public:
     /// All words that are shown: the name, and the whole detail on the next lines.
     std::string words() const;
 
-    std::string_view at;        ///< the time with its year, empty if that is not known
-    const Path* log = nullptr;  ///< the log
-    const Path* file = nullptr; ///< the file of the log
-    std::uint64_t line = 0;     ///< the line in the file, from 1 on
+    std::string_view at;                ///< the time with its year, empty if that is not known
+    const Path* log = nullptr;          ///< the log
+    const Path* file = nullptr;         ///< the file of the log
+    const std::string* label = nullptr; ///< what tells the log from others
+    std::uint64_t line = 0;             ///< the line in the file, from 1 on
 
 private:
     std::unique_ptr<EventRecord> record_;

@@ -1,15 +1,14 @@
 #include "query/log.h"
 
+#include "eventlog/escapes.h"
+#include "eventlog/log_files.h"
 #include "jsonaccess/json_content.h"
-#include "query/escapes.h"
 #include "query/messages.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
@@ -22,51 +21,27 @@ namespace {
 // A log never takes the place of a standard output that is closed.
 constexpr int kFirstFree = 3;
 
-// Copies what `descriptor` still gives into memory. The copy takes its place. Returns an errno.
-int copyToMemory(int descriptor)
-{
-    const int copy = memfd_create("log", MFD_CLOEXEC);
-    std::vector<char> buffer(65536);
-    ssize_t count = copy < 0 ? -1 : 1;
-    while (count > 0) {
-        do {
-            count = read(descriptor, buffer.data(), buffer.size());
-        } while (count < 0 && errno == EINTR);
-        for (ssize_t done = 0; done < count;) {
-            const auto rest = static_cast<std::size_t>(count - done);
-            const ssize_t written = write(copy, buffer.data() + done, rest);
-            if (written < 0 && errno != EINTR) {
-                return errno;
-            }
-            done += std::max<ssize_t>(written, 0);
-        }
-    }
-    const int error = count < 0 ? errno : 0;
-    if (copy >= 0) {
-        dup3(copy, descriptor, O_CLOEXEC);
-        close(copy);
-    }
-    return error;
-}
-
 } // namespace
 
-Log::Log(const std::string& path) : path_{path, jsonaccess::jsonContent(path)}
+Log::Log(const std::string& path, const std::string& label, bool isSilent)
+    : path_{path, jsonaccess::jsonContent(path)}, label_(label), isSilent_(isSilent)
 {
-    const bool isStandardInput = path == "-";
-    for (const std::string& name : {path + ".0", path}) {
-        if (isStandardInput && name != path) {
-            continue;
-        }
-        File file{{name, jsonaccess::jsonContent(name)}};
-        file.descriptor = isStandardInput ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, kFirstFree)
-                                          : open(name.c_str(), O_RDONLY | O_CLOEXEC);
-        file.error = file.descriptor < 0 ? errno : 0;
-        file.start = file.descriptor < 0 ? 0 : lseek(file.descriptor, 0, SEEK_CUR);
-        // One of the two may be missing.
-        const bool missing = file.error == ENOENT || file.error == ENOTDIR ||
-                             (file.error == ENAMETOOLONG && name != path);
-        if (!missing || (name == path && files_.empty())) {
+    const std::vector<std::string> names = fileNamesOf(path);
+    for (const std::string& name : names) {
+        File file{{name, jsonaccess::jsonContent(name)}, safe(name)};
+        const bool isLast = name == names.back();
+        const int flags =
+            O_RDONLY | O_CLOEXEC | (isLast ? 0 : O_NONBLOCK); // a pipe is no predecessor
+        file.descriptor = path == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, kFirstFree)
+                                      : open(name.c_str(), flags);
+        const int error = file.descriptor < 0 ? errno : 0;
+        file.error = error != 0 ? std::strerror(error) : "";
+        file.start = error != 0 ? 0 : lseek(file.descriptor, 0, SEEK_CUR);
+        isOnlyHere_ = isOnlyHere_ || (error == 0 && (file.start < 0 || path == "-"));
+        // All but one may be missing.
+        const bool missing =
+            error == ENOENT || error == ENOTDIR || (error == ENAMETOOLONG && !isLast);
+        if (!missing || (isLast && files_.empty())) {
             reportError(file);
             files_.push_back(std::move(file));
         }
@@ -75,9 +50,14 @@ Log::Log(const std::string& path) : path_{path, jsonaccess::jsonContent(path)}
 
 Log::~Log()
 {
-    for (const File& file : files_) {
+    close();
+}
+
+void Log::close()
+{
+    for (File& file : files_) {
         if (file.descriptor >= 0) {
-            close(file.descriptor);
+            ::close(std::exchange(file.descriptor, -1));
         }
     }
 }
@@ -92,16 +72,13 @@ void Log::keepForReadingAgain()
     }
 }
 
-int Log::fromTheBeginning(const File& file)
-{
-    lseek(file.descriptor, file.start, SEEK_SET); // a pipe is read once, from where it is
-    return fcntl(file.descriptor, F_DUPFD_CLOEXEC, kFirstFree);
-}
-
 const Log::File& Log::holding(std::uint64_t number) const
 {
-    const bool isInLast = number >= files_.back().firstLine;
-    return isInLast ? files_.back() : files_.front();
+    auto file = files_.rbegin();
+    while (number < file->firstLine) {
+        ++file;
+    }
+    return *file;
 }
 
 const Path& Log::fileOf(std::uint64_t number) const
@@ -126,16 +103,16 @@ std::int64_t Log::changed() const
 
 void Log::reportError(File& file)
 {
-    if (file.error != 0 && !std::exchange(file.isReported, true)) {
-        query::report(safe(file.path.text) + ": " + std::strerror(file.error));
+    if (!file.error.empty() && !isSilent_ && !std::exchange(file.isReported, true)) {
+        query::report(file.safePath + ": " + file.error);
         failed_ = true;
     }
 }
 
 void Log::report(std::uint64_t number, std::string_view message) const
 {
-    if (!message.empty()) {
-        query::report(safe(fileOf(number).text) + ':' + std::to_string(lineInFile(number)) + ": " +
+    if (!message.empty() && !isSilent_) {
+        query::report(holding(number).safePath + ':' + std::to_string(lineInFile(number)) + ": " +
                       safe(message));
     }
 }

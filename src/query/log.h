@@ -1,10 +1,12 @@
 #pragma once
 
 #include "eventlog/line_reader.h"
-#include "eventlog/lines.h"
+#include "eventlog/log_bytes.h"
+#include "eventlog/reading_progress.h"
 #include "query/event_view.h"
 
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <string>
@@ -16,12 +18,13 @@ namespace eventsviewer::query {
 /// Lines with more bytes are left out, so that memory stays small.
 constexpr std::size_t kLongestLine = std::size_t{16} * 1024 * 1024;
 
-/// A log as it is given: the file L.0, if there is one, and the file L; or standard input.
+/// A log as it is given: the file L.0, if there is one, and the file L, or compressed ones; or
+/// standard input.
 class Log {
 public:
     /// Opens the log at `path`, or standard input for "-". Names each file that cannot be opened on
-    /// standard error.
-    explicit Log(const std::string& path);
+    /// standard error, unless `isSilent`: a log is read silently if it is read again later.
+    explicit Log(const std::string& path, const std::string& label, bool isSilent = false);
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;
     ~Log();
@@ -40,9 +43,14 @@ public:
             if (file.descriptor < 0) {
                 continue;
             }
-            LineReader reader(fromTheBeginning(file), kLongestLine);
+            lseek(file.descriptor, file.start, SEEK_SET); // a pipe is read once, from where it is
+            LogBytes bytes(file.descriptor);
+            LineReader reader(bytes, kLongestLine);
+            std::uint64_t bytesBefore = 0;
             std::string_view lines;
             while (reader.next(lines)) {
+                showProgress(file.safePath, bytes.bytesRead() - bytesBefore);
+                bytesBefore = bytes.bytesRead();
                 if (reader.leftOutLine()) {
                     report(number++, readBefore_ ? "" : "longer than 16 MiB; left out");
                     continue;
@@ -52,14 +60,24 @@ public:
                 }
                 pause();
             }
-            file.error = reader.error() != 0 ? reader.error() : file.error;
+            file.error = bytes.error().empty() ? file.error : bytes.error();
             reportError(file);
         }
-        readBefore_ = true;
+        readBefore_ = !isSilent_;
     }
 
-    /// The path as it was given.
+    /// Whether a part of it is gone if the log is opened once more.
+    bool isOnlyHere() const { return isOnlyHere_; }
+
+    /// From now on what is wrong is named.
+    void endSilence() { isSilent_ = false; }
+
+    /// Closes the files. What was read of them can still be named.
+    void close();
+
+    /// The path as it was given, and what tells it from the other logs.
     const Path& path() const { return path_; }
+    const std::string& label() const { return label_; }
 
     /// The path of the file with line `number`, and which line of that file it is, from 1 on.
     const Path& fileOf(std::uint64_t number) const;
@@ -77,19 +95,22 @@ public:
 private:
     struct File {
         Path path;
+        std::string safePath = {};
         int descriptor = -1;
-        int error = 0;   // an errno
-        off_t start = 0; // where the log begins; negative if it can be read only once
+        std::string error = {}; // what is wrong, in words
+        off_t start = 0;        // where the log begins; negative if it can be read only once
         bool isReported = false;
         std::uint64_t firstLine = UINT64_MAX;
     };
 
     const File& holding(std::uint64_t number) const;
-    static int fromTheBeginning(const File& file);
     void reportError(File& file);
 
     Path path_;
+    std::string label_;
+    bool isSilent_;
     std::vector<File> files_;
+    bool isOnlyHere_ = false;
     bool readBefore_ = false; // then all long lines have been reported
     bool failed_ = false;
 };

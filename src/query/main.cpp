@@ -10,26 +10,28 @@ namespace {
 
 using namespace eventsviewer::query;
 
-constexpr const char* kHelp = R"(Usage: events-query [OPTION]... [LOG]
-Shows those events of a satellite terminal's log that match all the options.
-LOG is a file L, read after L.0, or - (default /common/events_report).
+constexpr const char* kHelp = R"(Usage: events-query [OPTION]... [LOG]...
+Shows those events of satellite terminals' logs that match all the options.
+LOG is a file L, read after L.0, a folder of logs, or - (/common/events_report).
   -e, --event PATTERN,...  name ('*switch*') or code; !PATTERN leaves it out
   -g, --grep REGEX         in the name or detail; without capitals in any case
   -S, --since TIME         'Nov 20', 'Nov 20 08:14', 08:14, -2h, 2026-11-20
   -U, --until TIME         to the end of that day, minute or second
       --year YEAR          the year of the last event; the log has no years
-  -n, --number N           only the newest N of these events
+  -n, --number N           only the newest N of these events of each log
   -C, --context N          also the N events before and after each
   -r, --reverse            newest first
+  -m, --merge              all logs in one order of time; -n counts for all
+      --name GLOB          the logs in a folder (default events_report)
   -o, --output FORMAT      table, lines, csv or json
       --color[=WHEN]       auto, always or never
+      --progress           show how far the reading has come
       --catalog            list the known events; with -e, -g and -o json
   -h, --help               show this help
       --version            show the version
 Examples:
-  events-query -n 5                                the last five events
+  events-query -m -S -2h logs/                     the newest of all terminals
   events-query -e MODEM_OUT_OF_NETWORK -C 3 LOG    what came before each outage
-  events-query -S 'Nov 20 07:00' -U 08:14 LOG      between two times
   events-query -o csv LOG > events.csv             for a spreadsheet
 Status: 0 something was found, 1 nothing, 2 an error. More: man events-query
 )";

@@ -1,5 +1,7 @@
 #include "query/messages.h"
 
+#include "eventlog/reading_progress.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -40,6 +42,7 @@ std::stringbuf& captured()
 void report(const std::string& message)
 {
     flushOutput();
+    hideProgress(false);
     writeAll(STDERR_FILENO, "events-query: " + message + '\n');
 }
 
@@ -57,6 +60,10 @@ std::string& output()
 
 void flushOutput()
 {
+    if (output().empty()) {
+        return;
+    }
+    hideProgress(true);
     const bool written = writeAll(STDOUT_FILENO, output());
     output().clear();
     if (!written && errno != EPIPE) { // a reader that closes the pipe has read enough

@@ -1,6 +1,6 @@
 #include "query/options.h"
 
-#include "query/escapes.h"
+#include "eventlog/escapes.h"
 #include "query/messages.h"
 
 #include <getopt.h>
@@ -25,21 +25,34 @@ constexpr char kCatalog = '\1';
 constexpr char kColour = '\2';
 constexpr char kVersion = '\3';
 constexpr char kYear = '\4';
+constexpr char kName = '\5';
+constexpr char kProgress = '\6'; // the last of them
 
 const option kLongOptions[] = {
-    {"event", required_argument, nullptr, 'e'},     {"grep", required_argument, nullptr, 'g'},
-    {"since", required_argument, nullptr, 'S'},     {"until", required_argument, nullptr, 'U'},
-    {"year", required_argument, nullptr, kYear},    {"number", required_argument, nullptr, 'n'},
-    {"reverse", no_argument, nullptr, 'r'},         {"context", required_argument, nullptr, 'C'},
-    {"catalog", no_argument, nullptr, kCatalog},    {"output", required_argument, nullptr, 'o'},
-    {"color", optional_argument, nullptr, kColour}, {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, kVersion},    {nullptr, 0, nullptr, 0},
+    {"event", required_argument, nullptr, 'e'},
+    {"grep", required_argument, nullptr, 'g'},
+    {"since", required_argument, nullptr, 'S'},
+    {"until", required_argument, nullptr, 'U'},
+    {"year", required_argument, nullptr, kYear},
+    {"number", required_argument, nullptr, 'n'},
+    {"reverse", no_argument, nullptr, 'r'},
+    {"context", required_argument, nullptr, 'C'},
+    {"catalog", no_argument, nullptr, kCatalog},
+    {"output", required_argument, nullptr, 'o'},
+    {"color", optional_argument, nullptr, kColour},
+    {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, kVersion},
+    {"merge", no_argument, nullptr, 'm'},
+    {"name", required_argument, nullptr, kName},
+    {"progress", no_argument, nullptr, kProgress},
+    {nullptr, 0, nullptr, 0},
 };
-constexpr const char* kLetters = ":e:g:S:U:n:rC:o:h";
+constexpr const char* kLetters = ":e:g:S:U:n:rmC:o:h";
 
 // Options that mean nothing together. The manual has the same table.
-constexpr char kConflicts[][2] = {{kCatalog, 'S'}, {kCatalog, 'U'}, {kCatalog, kYear},
-                                  {kCatalog, 'n'}, {kCatalog, 'r'}, {kCatalog, 'C'}};
+constexpr char kConflicts[][2] = {{kCatalog, 'S'}, {kCatalog, 'U'},   {kCatalog, kYear},
+                                  {kCatalog, 'n'}, {kCatalog, 'r'},   {kCatalog, 'C'},
+                                  {kCatalog, 'm'}, {kCatalog, kName}, {kCatalog, kProgress}};
 
 // What users of events-viewer try.
 constexpr std::pair<char, const char*> kHints[] = {
@@ -69,7 +82,7 @@ bool isColourful(std::string_view when)
 std::string nameOf(char letter)
 {
     for (const option& row : kLongOptions) {
-        if (row.val == letter && letter <= kYear) {
+        if (row.val == letter && letter <= kProgress) {
             return std::string("--") + row.name;
         }
     }
@@ -88,7 +101,7 @@ UsageError unknownOption(char letter, const char* argument)
         return {argument + std::string(": no such option, or more than one begins like this")};
     }
     const bool isKnown =
-        letter <= kYear || (letter != ':' && std::strchr(kLetters, letter) != nullptr);
+        letter <= kProgress || (letter != ':' && std::strchr(kLetters, letter) != nullptr);
     return {nameOf(letter) + (isKnown ? " takes no value" : ": no such option")};
 }
 
@@ -154,6 +167,15 @@ void take(Options& options, char letter, const char* value)
     case 'r':
         options.reverse = true;
         return;
+    case 'm':
+        options.merge = true;
+        return;
+    case kName:
+        options.name = value;
+        return;
+    case kProgress:
+        options.progress = true;
+        return;
     case kCatalog:
         options.action = Action::ListCatalog;
         return;
@@ -203,13 +225,11 @@ Options parsed(int argc, char** argv)
             return options;
         }
     }
-    if (argc - optind > 1) {
-        throw UsageError{argv[optind + 1] + std::string(": only one log can be named")};
-    }
-    if (optind < argc && options.action == Action::ListCatalog) {
+    const std::vector<std::string> logs(argv + optind, argv + argc);
+    if (!logs.empty() && options.action == Action::ListCatalog) {
         throw UsageError{"--catalog reads no log"};
     }
-    options.log = optind < argc ? argv[optind] : options.log;
+    options.logs = logs.empty() ? options.logs : logs;
     checkTogether(options, given);
     options.layout = layoutOfTerminal(isColourful(options.colour));
     return options;

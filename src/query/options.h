@@ -1,12 +1,13 @@
 #pragma once
 
+#include "eventlog/time_bound.h"
 #include "query/filters.h"
-#include "query/time_bound.h"
 #include "query/writers.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace eventsviewer::query {
 
@@ -15,7 +16,8 @@ enum class Action { ShowEvents, ListCatalog, ShowHelp, ShowVersion };
 /// The settings of one run.
 struct Options {
     Action action = Action::ShowEvents;
-    std::string log = "/common/events_report"; ///< where the terminal writes it
+    std::vector<std::string> logs = {"/common/events_report"}; ///< where the terminal writes it
+    std::string name = "events_report";                        ///< of a log in a folder
     EventFilter events;
     TextFilter text;
     std::optional<TimeBound> since;
@@ -24,9 +26,19 @@ struct Options {
     std::optional<std::int32_t> number;  ///< at least 1
     std::optional<std::int32_t> context; ///< at least 0
     bool reverse = false;
+    bool merge = false;
+    bool progress = false;
     Format format = Format::Table;
     std::string colour = "auto";
     Layout layout;
+
+    bool hasRange() const { return since || until; }
+
+    /// Whether the years of each log are needed.
+    bool hasTimes() const
+    {
+        return hasRange() || merge || format == Format::Csv || format == Format::Json;
+    }
 };
 
 /// The settings that a command line asks for. Nothing after a usage error, which is reported on

@@ -1,5 +1,5 @@
+#include "eventlog/escapes.h"
 #include "jsonaccess/json_content.h"
-#include "query/escapes.h"
 #include "query/writers.h"
 
 #include <sys/ioctl.h>
@@ -24,21 +24,10 @@ constexpr std::string_view kColourOn = "\033[1;34m";
 constexpr std::string_view kColourOff = "\033[0m";
 
 // The columns that the first character of a text takes.
-std::size_t columnsOf(const jsonaccess::Character& character)
+std::size_t widthOf(const jsonaccess::Character& character)
 {
     const int columns = character.code < 0x80 ? 1 : wcwidth(static_cast<wchar_t>(character.code));
     return columns < 0 ? 1 : static_cast<std::size_t>(columns);
-}
-
-std::size_t columnsOf(std::string_view text)
-{
-    std::size_t columns = 0;
-    while (!text.empty()) {
-        const jsonaccess::Character character = jsonaccess::firstCharacter(text);
-        columns += columnsOf(character);
-        text.remove_prefix(character.bytes);
-    }
-    return columns;
 }
 
 // How many bytes of `text` fit into `columns`: up to the last space there, which is left out, or as
@@ -53,7 +42,7 @@ std::size_t fittingLength(std::string_view text, std::size_t columns)
         if (text[at] == ' ') {
             lastSpace = at;
         }
-        used += columnsOf(character);
+        used += widthOf(character);
         if (used > columns) {
             return lastSpace > 0 ? lastSpace : std::max(at, character.bytes);
         }
@@ -95,10 +84,21 @@ std::size_t appendField(std::string& out, const std::string& text, std::size_t b
 
 } // namespace
 
+std::size_t columnsOf(std::string_view text)
+{
+    std::size_t columns = 0;
+    while (!text.empty()) {
+        const jsonaccess::Character character = jsonaccess::firstCharacter(text);
+        columns += widthOf(character);
+        text.remove_prefix(character.bytes);
+    }
+    return columns;
+}
+
 Layout layoutOfTerminal(bool colour)
 {
     if (isatty(STDOUT_FILENO) == 0) {
-        return {0, colour};
+        return {0, colour, 0};
     }
     const char* const columns = std::getenv("COLUMNS");
     long width = columns != nullptr ? std::strtol(columns, nullptr, 10) : 0;
@@ -108,14 +108,18 @@ Layout layoutOfTerminal(bool colour)
     }
     // For the widths of characters. The patterns of the options compare bytes in the "C" locale.
     std::setlocale(LC_CTYPE, "C.UTF-8");
-    return {width > 0 ? static_cast<std::size_t>(width) : kUsualWidth, colour};
+    return {width > 0 ? static_cast<std::size_t>(width) : kUsualWidth, colour, 0};
 }
 
 void appendTableRow(std::string& out, const Layout& layout, const EventView& event)
 {
-    const bool below = layout.width != 0 && layout.width < kWideTerminal;
-    const std::size_t indent = below ? kIndentBelow : kTimeWidth + kNameWidth;
-    const std::size_t column = appendField(out, safe(event.time()), 0, kTimeWidth);
+    const std::size_t nameBegin = kTimeWidth + layout.logWidth + (layout.logWidth > 0 ? 1 : 0);
+    const bool below = layout.width != 0 && layout.width < kWideTerminal + layout.logWidth;
+    const std::size_t indent = below ? kIndentBelow : nameBegin + kNameWidth;
+    std::size_t column = appendField(out, safe(event.time()), 0, kTimeWidth);
+    if (layout.logWidth > 0) {
+        column = appendField(out, safe(*event.label), column, nameBegin);
+    }
     out += layout.colour ? kColourOn : "";
     std::size_t end = column + event.name().size();
     out += event.name();

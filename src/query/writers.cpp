@@ -1,7 +1,7 @@
 #include "query/writers.h"
 
+#include "eventlog/escapes.h"
 #include "jsonaccess/json_content.h"
-#include "query/escapes.h"
 
 #include <algorithm>
 #include <charconv>
@@ -24,7 +24,7 @@ void appendLine(std::string& out, const EventView& event)
         out += before + safe(rest.substr(0, end));
         rest.remove_prefix(end != std::string_view::npos ? end + 1 : 0);
     }
-    out += '\n';
+    out += '\t' + safe(event.log->text) + '\n';
 }
 
 // A field of RFC 4180.

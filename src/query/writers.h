@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace eventsviewer::query {
 
@@ -13,10 +14,14 @@ enum class Format { Table, Lines, Csv, Json };
 struct Layout {
     std::size_t width = 0; ///< columns of the terminal; 0 means that lines are not broken
     bool colour = false;
+    std::size_t logWidth = 0; ///< columns of the longest name of a log; 0 if it is not shown
 };
 
 /// The layout for standard output as it is now; `colour` if its names are coloured there.
 Layout layoutOfTerminal(bool colour);
+
+/// The columns that `text`, which is safe, takes on a terminal.
+std::size_t columnsOf(std::string_view text);
 
 /// What comes before all events in this format.
 std::string headerOf(Format format);

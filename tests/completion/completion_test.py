@@ -66,12 +66,15 @@ QUERY_CASES = {
     "-S l": [],
     "--until=l": [],
     "--year l": [],
+    "--name l": [],
     "-n l": [],
     "--context l": [],
     "-rg l": [],
     # the log
     "l": ["logs"],
     "-r logs/ev": LOGS,
+    "-m logs/events_report.0 logs/ev": LOGS,
+    "logs/events_report.0 logs -mre MODEM_OUT": ["MODEM_OUT_OF_NETWORK"],
     "--color l": ["logs"],
     "-e 949 o": ["other file"],
 }

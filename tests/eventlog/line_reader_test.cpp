@@ -8,7 +8,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -18,7 +17,8 @@ namespace {
 
 std::vector<std::string> linesOf(const std::string& path)
 {
-    LineReader reader(path);
+    FileBytes file(path);
+    LineReader reader(file);
     std::vector<std::string> lines;
     std::string_view next;
     while (reader.next(next)) {
@@ -114,7 +114,8 @@ TEST_F(LineReaderTest, GivesTheFileBack)
 // The lines of a text of which each with more than `longest` bytes is left out.
 Lines linesUpTo(std::size_t longest, const std::string& path)
 {
-    LineReader reader(open(path.c_str(), O_RDONLY | O_CLOEXEC), longest);
+    FileBytes file(path);
+    LineReader reader(file, longest);
     Lines lines;
     std::string_view next;
     while (reader.next(next)) {
@@ -128,7 +129,6 @@ Lines linesUpTo(std::size_t longest, const std::string& path)
         }
     }
     EXPECT_FALSE(reader.leftOutLine());
-    EXPECT_EQ(0, reader.error());
     return lines;
 }
 
@@ -150,44 +150,6 @@ TEST_F(LineReaderTest, LeavesOutEachLineThatIsTooLong)
                 << longest;
         }
     }
-}
-
-TEST_F(LineReaderTest, ReadsAnOpenFileFromWhereItIs)
-{
-    const std::string path = folder_.write("text", "one\ntwo\n");
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    lseek(descriptor, 4, SEEK_SET);
-    {
-        LineReader reader(descriptor, 100);
-        std::string_view next;
-        ASSERT_TRUE(reader.next(next));
-        EXPECT_EQ("two\n", next);
-        EXPECT_FALSE(reader.next(next));
-    }
-    EXPECT_EQ(-1, close(descriptor)) << "it is closed in the end";
-}
-
-TEST_F(LineReaderTest, TellsWhyADescriptorWasNotToBeHad)
-{
-    errno = EMFILE;
-    LineReader reader(-1, 100);
-    std::string_view lines;
-    EXPECT_FALSE(reader.next(lines));
-    EXPECT_EQ(EMFILE, reader.error());
-}
-
-TEST_F(LineReaderTest, TellsWhyThereAreNoLines)
-{
-    std::string_view next;
-    LineReader missing(folder_.path("missing"));
-    EXPECT_FALSE(missing.next(next));
-    EXPECT_EQ(ENOENT, missing.error());
-    LineReader folder(folder_.path("."));
-    EXPECT_FALSE(folder.next(next));
-    EXPECT_EQ(EISDIR, folder.error());
-    LineReader empty(folder_.write("text", ""));
-    EXPECT_FALSE(empty.next(next));
-    EXPECT_EQ(0, empty.error());
 }
 
 } // namespace

@@ -49,7 +49,8 @@ using Lines = std::vector<std::string>;
 Lines linesOfText(const std::string& text, const std::vector<int>& readFaults)
 {
     const TemporaryFolder folder;
-    LineReader reader(folder.write("text", text));
+    FileBytes file(folder.write("text", text));
+    LineReader reader(file);
     faults = readFaults;
     Lines lines;
     std::string_view next;

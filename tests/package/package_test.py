@@ -43,7 +43,8 @@ def files_of(programs, zsh, doc, names):
         *(f"{DOC}/{doc}/{name}" for name in names)])
 
 
-BOARD_FILES = {program: files_of([program], "site-functions", program, ["LICENSE", "LICENSE.jsoncpp"])
+BOARD_FILES = {program: files_of([program], "site-functions", program, [
+    "LICENSE", "LICENSE.jsoncpp", *["LICENSE.zlib"] * (program == "events-query")])
                for program in PROGRAMS}
 PC_FILES = files_of(PROGRAMS, "vendor-completions", "events-viewer", [
     "ARCHITECTURE.md", "CONTRIBUTING.md", "README.md",
@@ -161,7 +162,7 @@ def check_board_dependencies(package, root):
 def check_pc_dependencies(package):
     depends = output_of("dpkg-deb", "-f", package, "Depends", text=True)
     names = {part.split()[0] for part in depends.split(",")}
-    expect(names == {"libc6", "libgcc-s1", JSONCPP, "libstdc++6"},
+    expect(names == {"libc6", "libgcc-s1", JSONCPP, "libstdc++6", "zlib1g"},
            f"the .deb depends on {depends}")
 
 

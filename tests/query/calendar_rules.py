@@ -172,10 +172,11 @@ class Bound:
         return begin + self.length
 
 
-def in_range(times, since, until):
+def in_range(times, since, until, span=None):
     """Whether each event is between the two bounds, either of which may be missing; nothing if the
-    first is after the second."""
-    known = [moment(at) for at in times if at]
+    first is after the second. `span` are the first and the last time of several logs, as `times`
+    gives them for one."""
+    known = span or [moment(at) for at in times if at]
     if not known:
         return [since is None] * len(times)
     begin = Bound(since).since(known[0], known[-1]) if since else None

@@ -16,16 +16,15 @@ TWO_IDS = b'\n{"id":949,"id":1008}\n{"id":1008,"id":949}\n{"id":949,"vars":{"id"
 class Log:
     """All events of a log: as JSON, and as the line of text that -o lines has for each."""
 
-    def __init__(self, programs):
-        json = programs.query("-o", "json").stdout
+    def __init__(self, json, lines):
         self.rows = rows_of(json)
         self.json = json.split(b"\n")[:-1]
-        self.lines = programs.query("-o", "lines").stdout.split(b"\n")[:-1]
+        self.lines = lines.split(b"\n")[:-1]
         check(len(self.lines) == len(self.rows), "not one line for each event")
 
     def words(self, line):
         """What -g looks through; nothing matches in the place of an escape."""
-        _, name, detail = re.sub(rb"\\x[0-9a-f]{2}|\\u[0-9a-f]{4}", b"\0", line).split(b"\t")
+        _, name, detail, _ = re.sub(rb"\\x[0-9a-f]{2}|\\u[0-9a-f]{4}", b"\0", line).split(b"\t")
         return [name, *detail.split(b" | ")]
 
 
@@ -87,16 +86,24 @@ def random_options(random, log):
     return [(letter, make[letter]()) for letter in some]
 
 
-def expected_events(log, options):
-    """The indexes of the events that are shown; nothing if -S is after -U."""
+def matching_events(log, options, span=None):
+    """The indexes of the events that match; nothing if -S is after -U. See in_range for `span`."""
     given = dict(options)
     patterns = [pattern for letter, value in options if letter == "e" for pattern in value.split(",")]
-    inside = in_range([row["at"] for row in log.rows], given.get("S"), given.get("U"))
+    inside = in_range([row["at"] for row in log.rows], given.get("S"), given.get("U"), span)
     if inside is None:
         return None
     by_name = selected_by_events(log, patterns)
     by_text = selected_by_text(log, given["g"]) if "g" in given else by_name
-    matches = [i for i, all_three in enumerate(zip(inside, by_name, by_text)) if all(all_three)]
+    return [i for i, all_three in enumerate(zip(inside, by_name, by_text)) if all(all_three)]
+
+
+def expected_events(log, options):
+    """The indexes of the events that are shown; nothing if -S is after -U."""
+    given = dict(options)
+    matches = matching_events(log, options)
+    if matches is None:
+        return None
     matches = matches[-int(given.get("n", len(matches))):] if matches else []
     context = int(given.get("C", 0))
     shown = [i for i in range(len(log.rows)) if any(abs(i - match) <= context for match in matches)]
@@ -123,7 +130,7 @@ def main():
     for lines in programs.mutated_logs(100 * programs.args.amount):
         lines["log"] += TWO_IDS
         with programs.on(lines):
-            log = Log(programs)
+            log = Log(programs.query("-o", "json").stdout, programs.query("-o", "lines").stdout)
             for _ in range(10):
                 compare(programs, log)
     programs.finish()

@@ -1,11 +1,11 @@
-#include "query/escapes.h"
+#include "eventlog/escapes.h"
 
 #include "jsonaccess/json_content.h"
 
 #include <algorithm>
 #include <cstdio>
 
-namespace eventsviewer::query {
+namespace eventsviewer {
 
 std::string safe(std::string_view text)
 {
@@ -33,4 +33,4 @@ std::string safe(std::string_view text)
     }
 }
 
-} // namespace eventsviewer::query
+} // namespace eventsviewer

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace eventsviewer::query {
+namespace eventsviewer {
 
 /// One end of a range of times as the command line gives it, such as "Nov 20" or "-2h".
 class TimeBound {
@@ -34,4 +34,17 @@ private:
     Stamp stamp_;
 };
 
-} // namespace eventsviewer::query
+/// The times that are shown, in the form of Calendar::at.
+struct TimeRange {
+    std::string since;
+    std::string until = "~"; ///< which follows every time
+
+    bool holds(const std::string& at) const { return at >= since && at <= until; }
+};
+
+/// The range from `since` to `until`, of which either may be missing, in a log from `first` to
+/// `last`. It may be the wrong way round.
+TimeRange rangeOf(const std::optional<TimeBound>& since, const std::optional<TimeBound>& until,
+                  std::optional<Moment> first, std::optional<Moment> last);
+
+} // namespace eventsviewer

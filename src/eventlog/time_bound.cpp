@@ -1,11 +1,11 @@
-#include "query/time_bound.h"
+#include "eventlog/time_bound.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <string_view>
 
-namespace eventsviewer::query {
+namespace eventsviewer {
 
 namespace {
 
@@ -168,4 +168,21 @@ Moment TimeBound::until(std::optional<Moment> since, Moment first, Moment last) 
     return begin + length_ - 1;
 }
 
-} // namespace eventsviewer::query
+TimeRange rangeOf(const std::optional<TimeBound>& since, const std::optional<TimeBound>& until,
+                  std::optional<Moment> first, std::optional<Moment> last)
+{
+    TimeRange range;
+    std::optional<Moment> begin;
+    if (since && last) {
+        begin = since->since(*first, *last);
+    }
+    if (since) { // without any time, no event can be said to be late enough
+        range.since = begin ? isoTime(*begin) : range.until;
+    }
+    if (until && last) {
+        range.until = isoTime(until->until(begin, *first, *last));
+    }
+    return range;
+}
+
+} // namespace eventsviewer

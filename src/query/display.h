@@ -1,0 +1,52 @@
+#pragma once
+
+#include "query/event_view.h"
+#include "query/log.h"
+#include "query/options.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace eventsviewer::query {
+
+/// A line whose event is or may be shown.
+struct Found {
+    std::uint64_t line = 0;  ///< of the log
+    std::uint64_t event = 0; ///< how many events come before it
+    bool matches = false;    ///< or it is only near one that does
+    std::string text;
+
+    // Only of an event that is merged with those of other logs:
+    std::shared_ptr<const Log> log;
+    std::string at;       ///< its time, or that of the event before it
+    bool hasTime = false; ///< whether it is its own
+};
+
+/// The output of a run.
+class Display {
+public:
+    Display(const Options& options, const Layout& layout) : options_(options), layout_(layout) {}
+
+    /// Has to be called before the events of a log, or of all merged logs. Shows what comes before
+    /// all events, unless it is shown already.
+    void begin();
+
+    /// Shows the event `found` of `log`. `view` has its time.
+    void show(const Log& log, const Found& found, EventView& view);
+
+    /// Whether an event that matches was shown.
+    bool anyFound() const { return anyFound_; }
+
+private:
+    const Options& options_;
+    Layout layout_;
+    bool hasBegun_ = false;
+    bool anyFound_ = false;
+    bool anyShown_ = false;
+    const Log* lastLog_ = nullptr; // null at the beginning of a log
+    std::uint64_t lastEvent_ = 0;
+};
+
+} // namespace eventsviewer::query

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "query/display.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace eventsviewer::query {
+
+/// The events of several logs in one order of time. Events of the same time are in the order in
+/// which they were added. Holds little more than what is shown.
+class Merge {
+public:
+    /// Only the newest `number` events that match are shown, each with `context` events before and
+    /// after it in its log.
+    Merge(std::size_t number, std::size_t context) : number_(number), context_(context) {}
+
+    /// Adds an event. Those of a log come one after the other in their order.
+    void add(Found found);
+
+    /// The events that are shown, oldest first.
+    std::vector<Found> take();
+
+private:
+    void sort(bool isComplete);
+
+    std::size_t number_;
+    std::size_t context_;
+    std::vector<Found> found_;
+    std::size_t matches_ = 0;
+};
+
+} // namespace eventsviewer::query

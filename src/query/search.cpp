@@ -1,0 +1,206 @@
+#include "query/search.h"
+
+#include "eventlog/escapes.h"
+#include "eventlog/silent_lines.h"
+#include "query/event_reading.h"
+#include "query/messages.h"
+
+#include <cstdint>
+#include <deque>
+#include <iterator>
+#include <utility>
+
+namespace eventsviewer::query {
+
+namespace {
+
+// Looks through one log.
+class Query {
+public:
+    // What is found is added to `merge`, if there is one, else shown on `display`.
+    Query(const Options& options, std::shared_ptr<Log> log, Display& display, Merge* merge)
+        : options_(options), log_(std::move(log)), display_(display), merge_(merge),
+          needsTimes_(options.hasRange() || merge != nullptr), hasTimes_(options.hasTimes()),
+          holds_((options.number || options.reverse) && merge == nullptr),
+          context_(static_cast<std::size_t>(options.context.value_or(0)))
+    {
+    }
+    // Takes the events in `range`, or, without one, in the range that the options give. Returns
+    // false after an error.
+    bool run(const std::optional<TimeRange>& range, const std::string& path);
+
+private:
+    bool isInRange(std::uint64_t line, std::string_view time);
+    void look(std::string_view text, std::uint64_t line, const Glance& glance);
+    void collect(Found found, std::string_view text, EventView* view);
+    void showHeld(Found found);
+    void show(const Found& found, EventView& view);
+
+    const Options& options_;
+    std::shared_ptr<Log> log_;
+    Display& display_;
+    Merge* merge_;
+    Calendar calendar_;
+    const bool needsTimes_; // to know what is found, hasTimes_ only to show it
+    const bool hasTimes_;
+    const bool holds_; // all that is found, up to the end
+    const std::size_t context_;
+    TimeRange range_;
+    std::string lastAt_; // of the last event with a time
+    bool lastHasTime_ = false;
+    std::deque<Found> held_;
+    std::deque<std::uint64_t> matches_; // the events in held_ that match
+    std::deque<Found> candidates_;      // shown only if a match follows
+    std::size_t after_ = 0;             // how many events more are shown after a match
+    std::uint64_t events_ = 0;
+};
+
+bool Query::run(const std::optional<TimeRange>& range, const std::string& path)
+{
+    if (hasTimes_) {
+        calendar_ = readYears(*log_, options_.year);
+    }
+    range_ = range ? *range
+                   : rangeOf(options_.since, options_.until, calendar_.first(), calendar_.last());
+    if (!isPossible(range_, path)) {
+        return false;
+    }
+    display_.begin();
+    // Most lines of most searches are passed over without a parse.
+    const bool mayPass = options_.events.isGiven() && context_ == 0;
+    const auto lookAt = [this, mayPass](std::string_view text, std::uint64_t line) {
+        const Glance glance = mayPass || holds_ ? glanceAt(text) : Glance();
+        bool passes = glance.kind == LineKind::NoEvent;
+        if (mayPass && glance.kind == LineKind::Event && !options_.events.selects(glance.code)) {
+            const auto time = needsTimes_ ? timeAtAGlance(text) : std::nullopt;
+            passes = time || !needsTimes_;
+            if (time) {
+                isInRange(line, *time); // events without a time may follow
+            }
+        }
+        if (!passes) {
+            look(text, line, glance);
+        }
+    };
+    log_->read(lookAt, flushOutput);
+    while (!held_.empty()) {
+        showHeld(std::move(options_.reverse ? held_.back() : held_.front()));
+        options_.reverse ? held_.pop_back() : held_.pop_front();
+    }
+    log_->close();
+    return !log_->failed();
+}
+
+// An event without a time belongs to the time before it.
+bool Query::isInRange(std::uint64_t line, std::string_view time)
+{
+    const std::string_view at = calendar_.at(line, time);
+    lastHasTime_ = !at.empty();
+    if (lastHasTime_) {
+        lastAt_ = at;
+    }
+    return range_.holds(lastAt_);
+}
+
+void Query::look(std::string_view text, std::uint64_t line, const Glance& glance)
+{
+    bool matches = false;
+    std::optional<EventView> view;
+    if (holds_ && glance.kind == LineKind::Event && !needsTimes_ && !options_.text.isGiven()) {
+        matches = options_.events.selects(glance.code); // parsed only if it is shown in the end
+    } else {
+        std::unique_ptr<EventRecord> event = readEvent(*log_, text, line);
+        if (event == nullptr) {
+            return;
+        }
+        const bool isInTime = !needsTimes_ || isInRange(line, event->time);
+        if (isInTime && options_.events.selects(event->code)) {
+            view.emplace(std::move(event));
+            matches = !options_.text.isGiven() || options_.text.matches(view->words());
+        }
+    }
+    collect({line, events_++, matches, {}, {}, {}}, text, view ? &*view : nullptr);
+}
+
+// Shows an event, or holds its line as long as it is not clear whether it is shown.
+void Query::collect(Found found, std::string_view text, EventView* view)
+{
+    const bool isAtOnce = !holds_ && context_ == 0;
+    if (isAtOnce && found.matches && merge_ == nullptr) {
+        show(found, *view);
+        return;
+    }
+    takeDiagnostics(); // they come again if the event is shown
+    if (isAtOnce && !found.matches) {
+        return;
+    }
+    found.text = text;
+    if (merge_ != nullptr) {
+        found.log = log_;
+        found.at = lastAt_;
+        found.hasTime = lastHasTime_;
+    }
+    if (found.matches) {
+        if (holds_) {
+            matches_.push_back(found.event);
+        }
+        std::move(candidates_.begin(), candidates_.end(), std::back_inserter(held_));
+        candidates_.clear();
+        after_ = context_;
+    } else if (after_ > 0) {
+        --after_;
+    } else {
+        candidates_.push_back(std::move(found));
+        if (candidates_.size() > context_) {
+            candidates_.pop_front();
+        }
+        return;
+    }
+    held_.push_back(std::move(found));
+    if (options_.number && matches_.size() > static_cast<std::size_t>(*options_.number)) {
+        matches_.pop_front(); // what is not near the next one is too old as well
+        while (matches_.front() - held_.front().event > context_) {
+            held_.pop_front();
+        }
+    }
+    while (!holds_ && !held_.empty()) {
+        showHeld(std::move(held_.front()));
+        held_.pop_front();
+    }
+}
+
+void Query::showHeld(Found found)
+{
+    if (merge_ != nullptr) {
+        merge_->add(std::move(found));
+    } else if (std::unique_ptr<EventRecord> event = readEvent(*log_, found.text, found.line)) {
+        EventView view(std::move(event));
+        show(found, view);
+    }
+}
+
+void Query::show(const Found& found, EventView& view)
+{
+    view.at = hasTimes_ ? calendar_.at(found.line, view.time()) : "";
+    display_.show(*log_, found, view);
+}
+
+} // namespace
+
+bool isPossible(const TimeRange& range, const std::string& path)
+{
+    const bool isRightWay = range.since <= range.until;
+    if (!isRightWay) {
+        report((path.empty() ? "" : safe(path) + ": ") + "-S is " + range.since +
+               ", which is after -U, " + range.until);
+    }
+    return isRightWay;
+}
+
+bool searchLog(const Options& options, const std::shared_ptr<Log>& log, Display& display,
+               Merge* merge, const std::optional<TimeRange>& range, const std::string& path)
+{
+    return Query(options, log, display, merge).run(range, path);
+}
+
+} // namespace eventsviewer::query
