@@ -10,6 +10,7 @@ import argparse
 import collections
 import concurrent.futures
 import errno
+import gzip
 import os
 import re
 import resource
@@ -109,6 +110,10 @@ def query_cases_with_times():
     for options in (["-o", "csv"], ["-o", "json", "-S", "01:00", "-U", "-1h"], ["-g", "x{900}", "-C", "1"]):
         yield Case("two files of several blocks", [*options, "log"], files)
     yield Case("a pipe", ["-S", "01:00", "-"], {}, b"".join(lines[:250]))
+    packed = {f"{name}.gz": gzip.compress(text) for name, text in files.items()}
+    for options in (["log"], ["-m", "-n", "5", "-S", "-1h", "-C", "1", ".", "copy", "-"], ["-r", "copy", "."]):
+        yield Case("several logs", ["--name", "log", "-o", "csv", *options], {**packed, "copy": files["log"]},
+                   packed["log.gz"])
 
 
 def large_case():

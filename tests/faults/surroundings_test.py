@@ -4,6 +4,7 @@
 usage: surroundings_test.py PROGRAM, which is events-viewer or events-query
 """
 
+import gzip
 import itertools
 import os
 import resource
@@ -364,6 +365,32 @@ def a_query_never_writes_into_its_log(place):
             check((place.folder / "log.0").read_bytes() == LOUD, f"the older file after {what}")
 
 
+def a_query_of_many_logs_takes_four_descriptors_and_little_memory(place):
+    for i in range(2000):
+        for name in ("log.0", "log"):
+            path = place.folder / f"tree/{i // 50}/{i % 50}/{name}"
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(LOG[i % 7 * 100:])
+
+    def limit():
+        resource.setrlimit(resource.RLIMIT_NOFILE, (3 + 4, 3 + 4))
+        resource.setrlimit(resource.RLIMIT_DATA, (8 << 20, 8 << 20))
+    for options in ([], ["-o", "json"], ["-m", "-S", "-1h"], ["-m", "-n", "7", "-C", "1"]):
+        status, _, stderr = place.query("--name", "log", *options, "-e", "*NETWORK*", "tree", preexec_fn=limit,
+                                        stdout=subprocess.DEVNULL)
+        check((status, stderr) == (1 if "-S" in options else 0, b""), f"no error with {options}: {stderr}")
+
+
+def a_query_of_endless_zeros_takes_no_more_memory_than_a_line(place):
+    packed = gzip.compress(bytes(1 << 24), 9)
+    (place.folder / "zeros").write_bytes(packed * 16)
+
+    def limit():
+        resource.setrlimit(resource.RLIMIT_DATA, (60 << 20, 60 << 20))
+    check(place.query("zeros", preexec_fn=limit) ==
+          (1, b"", b"events-query: zeros:1: longer than 16 MiB; left out\n"), "the line is left out")
+
+
 QUERY_TESTS = [
     a_query_names_a_file_without_permission_to_read,
     a_query_into_a_closed_pipe_ends_silently,
@@ -372,6 +399,8 @@ QUERY_TESTS = [
     a_query_without_memory_says_so,
     a_query_beyond_the_size_limit_is_an_error,
     a_query_never_writes_into_its_log,
+    a_query_of_many_logs_takes_four_descriptors_and_little_memory,
+    a_query_of_endless_zeros_takes_no_more_memory_than_a_line,
 ]
 TESTS = [
     a_file_without_permission_to_read_counts_as_missing,

@@ -59,6 +59,9 @@ class Programs:
             print(f"kept for a look: {self.folder}, made with the seed {self.args.seed}")
             raise
 
+    def remove(self, folder):
+        shutil.rmtree(self.folder / folder)
+
     def finish(self):
         shutil.rmtree(self.folder)
 
