@@ -10,24 +10,24 @@ void Display::begin()
     lastLog_ = nullptr;
 }
 
-void Display::show(const Log& log, const Found& found, EventView& view)
+void Display::show(const Log& log, const Place& place, EventView& view)
 {
     constexpr std::size_t kMuchOutput = 65536;
     view.log = &log.path();
     view.label = &log.label();
-    view.file = &log.fileOf(found.line);
-    view.line = log.lineInFile(found.line);
+    view.file = &log.fileOf(place.line);
+    view.line = log.lineInFile(place.line);
     const bool touches =
-        lastLog_ == &log && found.event <= lastEvent_ + 1 && lastEvent_ <= found.event + 1;
+        lastLog_ == &log && place.event <= lastEvent_ + 1 && lastEvent_ <= place.event + 1;
     const bool isForPeople = options_.format == Format::Table || options_.format == Format::Lines;
     const bool isApart = std::exchange(anyShown_, true) && !touches;
     output() += options_.context.value_or(0) > 0 && isForPeople && isApart ? "--\n" : "";
     lastLog_ = &log;
-    lastEvent_ = found.event;
-    anyFound_ = anyFound_ || found.matches;
+    lastEvent_ = place.event;
+    anyFound_ = anyFound_ || place.matches;
     appendEvent(output(), options_.format, layout_, view);
     for (const std::string& diagnostic : takeDiagnostics()) {
-        log.report(found.line, diagnostic);
+        log.report(place.line, diagnostic);
     }
     if (output().size() > kMuchOutput) {
         flushOutput();

@@ -11,11 +11,15 @@
 
 namespace eventsviewer::query {
 
-/// A line whose event is or may be shown.
-struct Found {
-    std::uint64_t line = 0;  ///< of the log
+/// Where an event is in its log.
+struct Place {
+    std::uint64_t line = 0;
     std::uint64_t event = 0; ///< how many events come before it
     bool matches = false;    ///< or it is only near one that does
+};
+
+/// A line that is held because its event is or may be shown.
+struct Found : Place {
     std::string text;
 
     // Only of an event that is merged with those of other logs:
@@ -33,8 +37,8 @@ public:
     /// all events, unless it is shown already.
     void begin();
 
-    /// Shows the event `found` of `log`. `view` has its time.
-    void show(const Log& log, const Found& found, EventView& view);
+    /// Shows the event at `place` in `log`. `view` has its time.
+    void show(const Log& log, const Place& place, EventView& view);
 
     /// Whether an event that matches was shown.
     bool anyFound() const { return anyFound_; }

@@ -26,8 +26,8 @@ std::vector<Found> Merge::take()
 // near the next.
 void Merge::sort(bool isComplete)
 {
-    using Place = std::pair<const Log*, std::uint64_t>;
-    std::set<Place> shown;
+    using Event = std::pair<const Log*, std::uint64_t>;
+    std::set<Event> shown;
     if (!isComplete) {
         shown.emplace(found_.back().log.get(), found_.back().event);
     }

@@ -32,9 +32,9 @@ public:
 private:
     bool isInRange(std::uint64_t line, std::string_view time);
     void look(std::string_view text, std::uint64_t line, const Glance& glance);
-    void collect(Found found, std::string_view text, EventView* view);
+    void collect(const Place& place, std::string_view text, EventView* view);
     void showHeld(Found found);
-    void show(const Found& found, EventView& view);
+    void show(const Place& place, EventView& view);
 
     const Options& options_;
     std::shared_ptr<Log> log_;
@@ -67,18 +67,12 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path)
     }
     display_.begin();
     // Most lines of most searches are passed over without a parse.
-    const bool mayPass = options_.events.isGiven() && context_ == 0;
+    const bool mayPass = options_.events.isGiven() && !needsTimes_ && context_ == 0;
     const auto lookAt = [this, mayPass](std::string_view text, std::uint64_t line) {
         const Glance glance = mayPass || holds_ ? glanceAt(text) : Glance();
-        bool passes = glance.kind == LineKind::NoEvent;
-        if (mayPass && glance.kind == LineKind::Event && !options_.events.selects(glance.code)) {
-            const auto time = needsTimes_ ? timeAtAGlance(text) : std::nullopt;
-            passes = time || !needsTimes_;
-            if (time) {
-                isInRange(line, *time); // events without a time may follow
-            }
-        }
-        if (!passes) {
+        const bool passes =
+            mayPass && glance.kind == LineKind::Event && !options_.events.selects(glance.code);
+        if (!passes && glance.kind != LineKind::NoEvent) {
             look(text, line, glance);
         }
     };
@@ -119,22 +113,22 @@ void Query::look(std::string_view text, std::uint64_t line, const Glance& glance
             matches = !options_.text.isGiven() || options_.text.matches(view->words());
         }
     }
-    collect({line, events_++, matches, {}, {}, {}}, text, view ? &*view : nullptr);
+    collect({line, events_++, matches}, text, view ? &*view : nullptr);
 }
 
 // Shows an event, or holds its line as long as it is not clear whether it is shown.
-void Query::collect(Found found, std::string_view text, EventView* view)
+void Query::collect(const Place& place, std::string_view text, EventView* view)
 {
     const bool isAtOnce = !holds_ && context_ == 0;
-    if (isAtOnce && found.matches && merge_ == nullptr) {
-        show(found, *view);
+    if (isAtOnce && place.matches && merge_ == nullptr) {
+        show(place, *view);
         return;
     }
     takeDiagnostics(); // they come again if the event is shown
-    if (isAtOnce && !found.matches) {
+    if (isAtOnce && !place.matches) {
         return;
     }
-    found.text = text;
+    Found found{place, std::string(text), {}, {}};
     if (merge_ != nullptr) {
         found.log = log_;
         found.at = lastAt_;
@@ -179,10 +173,10 @@ void Query::showHeld(Found found)
     }
 }
 
-void Query::show(const Found& found, EventView& view)
+void Query::show(const Place& place, EventView& view)
 {
-    view.at = hasTimes_ ? calendar_.at(found.line, view.time()) : "";
-    display_.show(*log_, found, view);
+    view.at = hasTimes_ ? calendar_.at(place.line, view.time()) : "";
+    display_.show(*log_, place, view);
 }
 
 } // namespace
