@@ -28,7 +28,7 @@ Log::Log(const std::string& path, const std::string& label, bool isSilent)
 {
     const std::vector<std::string> names = fileNamesOf(path);
     for (const std::string& name : names) {
-        File file{{name, jsonaccess::jsonContent(name)}, safe(name)};
+        File file = fileAt(name);
         const bool isLast = name == names.back();
         const int flags =
             O_RDONLY | O_CLOEXEC | (isLast ? 0 : O_NONBLOCK); // a pipe is no predecessor
@@ -47,9 +47,23 @@ Log::Log(const std::string& path, const std::string& label, bool isSilent)
     }
 }
 
+Log::Log(const std::string& path, LogFollower& follower)
+    : path_{path, jsonaccess::jsonContent(path)}, isSilent_(false)
+{
+    for (const auto& [name, descriptor] : follower.firstFiles()) {
+        files_.push_back(fileAt(name));
+        files_.back().descriptor = fcntl(descriptor, F_DUPFD_CLOEXEC, kFirstFree);
+    }
+}
+
 Log::~Log()
 {
     close();
+}
+
+Log::File Log::fileAt(const std::string& name)
+{
+    return {{name, jsonaccess::jsonContent(name)}, safe(name)};
 }
 
 void Log::close()
@@ -93,8 +107,9 @@ std::uint64_t Log::lineInFile(std::uint64_t number) const
 std::int64_t Log::changed() const
 {
     struct stat status = {};
-    if (files_.back().descriptor >= 0 && fstat(files_.back().descriptor, &status) == 0 &&
-        S_ISREG(status.st_mode) && path_.text != "-") {
+    if (!files_.empty() && files_.back().descriptor >= 0 &&
+        fstat(files_.back().descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+        path_.text != "-") {
         return status.st_mtime;
     }
     return std::time(nullptr);

@@ -2,6 +2,7 @@
 
 #include "eventlog/line_reader.h"
 #include "eventlog/log_bytes.h"
+#include "eventlog/log_follower.h"
 #include "eventlog/reading_progress.h"
 #include "query/event_view.h"
 
@@ -9,6 +10,7 @@
 #include <unistd.h>
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +27,10 @@ public:
     /// Opens the log at `path`, or standard input for "-". Names each file that cannot be opened on
     /// standard error, unless `isSilent`: a log is read silently if it is read again later.
     explicit Log(const std::string& path, const std::string& label, bool isSilent = false);
+
+    /// The files that `follower` begins with.
+    Log(const std::string& path, LogFollower& follower);
+
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;
     ~Log();
@@ -45,26 +51,39 @@ public:
             }
             lseek(file.descriptor, file.start, SEEK_SET); // a pipe is read once, from where it is
             LogBytes bytes(file.descriptor);
-            LineReader reader(bytes, kLongestLine);
             std::uint64_t bytesBefore = 0;
-            std::string_view lines;
-            while (reader.next(lines)) {
+            readLines(bytes, number, use, [&] {
                 showProgress(file.safePath, bytes.bytesRead() - bytesBefore);
                 bytesBefore = bytes.bytesRead();
-                if (reader.leftOutLine()) {
-                    report(number++, readBefore_ ? "" : "longer than 16 MiB; left out");
-                    continue;
-                }
-                while (!lines.empty()) {
-                    use(takeFirstLine(lines), number++);
-                }
                 pause();
-            }
+            });
             file.error = bytes.error().empty() ? file.error : bytes.error();
             reportError(file);
         }
-        readBefore_ = !isSilent_;
+        reported_ = isSilent_ ? 0 : number;
+        lines_ = number;
     }
+
+    /// Reads the files of `follower` like read, as long as they come.
+    template <typename Use, typename Pause> void follow(LogFollower& follower, Use use, Pause pause)
+    {
+        close();
+        files_.clear();
+        lines_ = 0;
+        while (follower.nextFile()) {
+            files_.push_back(fileAt(follower.path()));
+            files_.back().firstLine = lines_;
+            readLines(follower, lines_, use, pause);
+        }
+        if (follower.error() != 0) {
+            files_.push_back(fileAt(path_.text));
+            files_.back().error = std::strerror(follower.error());
+            reportError(files_.back());
+        }
+    }
+
+    /// How many lines have been read.
+    std::uint64_t lines() const { return lines_; }
 
     /// Whether a part of it is gone if the log is opened once more.
     bool isOnlyHere() const { return isOnlyHere_; }
@@ -103,6 +122,24 @@ private:
         std::uint64_t firstLine = UINT64_MAX;
     };
 
+    template <typename Bytes, typename Use, typename Pause>
+    void readLines(Bytes& bytes, std::uint64_t& number, Use use, Pause pause)
+    {
+        LineReader reader(bytes, kLongestLine);
+        std::string_view lines;
+        while (reader.next(lines)) {
+            if (reader.leftOutLine()) {
+                report(number, number < reported_ ? "" : "longer than 16 MiB; left out");
+                ++number;
+                continue;
+            }
+            while (!lines.empty()) {
+                use(takeFirstLine(lines), number++);
+            }
+            pause();
+        }
+    }
+    static File fileAt(const std::string& name);
     const File& holding(std::uint64_t number) const;
     void reportError(File& file);
 
@@ -111,8 +148,9 @@ private:
     bool isSilent_;
     std::vector<File> files_;
     bool isOnlyHere_ = false;
-    bool readBefore_ = false; // then all long lines have been reported
+    std::uint64_t reported_ = 0; // of these lines the long ones have been reported
     bool failed_ = false;
+    std::uint64_t lines_ = 0;
 };
 
 } // namespace eventsviewer::query

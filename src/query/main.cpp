@@ -21,6 +21,7 @@ LOG is a file L, read after L.0, a folder of logs, or - (/common/events_report).
   -n, --number N           only the newest N of these events of each log
   -C, --context N          also the N events before and after each
   -r, --reverse            newest first
+  -f, --follow             also what comes from now on; begins with the last 10
   -m, --merge              all logs in one order of time; -n counts for all
       --name GLOB          the logs in a folder (default events_report)
   -o, --output FORMAT      table, lines, csv or json

@@ -29,30 +29,25 @@ constexpr char kName = '\5';
 constexpr char kProgress = '\6'; // the last of them
 
 const option kLongOptions[] = {
-    {"event", required_argument, nullptr, 'e'},
-    {"grep", required_argument, nullptr, 'g'},
-    {"since", required_argument, nullptr, 'S'},
-    {"until", required_argument, nullptr, 'U'},
-    {"year", required_argument, nullptr, kYear},
-    {"number", required_argument, nullptr, 'n'},
-    {"reverse", no_argument, nullptr, 'r'},
-    {"context", required_argument, nullptr, 'C'},
-    {"catalog", no_argument, nullptr, kCatalog},
-    {"output", required_argument, nullptr, 'o'},
-    {"color", optional_argument, nullptr, kColour},
-    {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, kVersion},
-    {"merge", no_argument, nullptr, 'm'},
-    {"name", required_argument, nullptr, kName},
-    {"progress", no_argument, nullptr, kProgress},
-    {nullptr, 0, nullptr, 0},
+    {"event", required_argument, nullptr, 'e'},     {"grep", required_argument, nullptr, 'g'},
+    {"since", required_argument, nullptr, 'S'},     {"until", required_argument, nullptr, 'U'},
+    {"year", required_argument, nullptr, kYear},    {"number", required_argument, nullptr, 'n'},
+    {"reverse", no_argument, nullptr, 'r'},         {"context", required_argument, nullptr, 'C'},
+    {"catalog", no_argument, nullptr, kCatalog},    {"output", required_argument, nullptr, 'o'},
+    {"color", optional_argument, nullptr, kColour}, {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, kVersion},    {"merge", no_argument, nullptr, 'm'},
+    {"follow", no_argument, nullptr, 'f'},          {"name", required_argument, nullptr, kName},
+    {"progress", no_argument, nullptr, kProgress},  {nullptr, 0, nullptr, 0},
 };
-constexpr const char* kLetters = ":e:g:S:U:n:rmC:o:h";
+constexpr const char* kLetters = ":e:g:S:U:n:rmfC:o:h";
+
+constexpr std::int32_t kFollowedNumber = 10;
 
 // Options that mean nothing together. The manual has the same table.
-constexpr char kConflicts[][2] = {{kCatalog, 'S'}, {kCatalog, 'U'},   {kCatalog, kYear},
-                                  {kCatalog, 'n'}, {kCatalog, 'r'},   {kCatalog, 'C'},
-                                  {kCatalog, 'm'}, {kCatalog, kName}, {kCatalog, kProgress}};
+constexpr char kConflicts[][2] = {
+    {kCatalog, 'S'}, {kCatalog, 'U'}, {kCatalog, kYear}, {kCatalog, 'n'},       {kCatalog, 'r'},
+    {kCatalog, 'C'}, {kCatalog, 'm'}, {kCatalog, kName}, {kCatalog, kProgress}, {kCatalog, 'f'},
+    {'f', 'r'},      {'f', 'm'},      {'f', kName},      {'f', kProgress}};
 
 // What users of events-viewer try.
 constexpr std::pair<char, const char*> kHints[] = {
@@ -171,6 +166,9 @@ void take(Options& options, char letter, const char* value)
     case 'm':
         options.merge = true;
         return;
+    case 'f':
+        options.follow = true;
+        return;
     case kName:
         options.name = value;
         return;
@@ -232,6 +230,12 @@ Options parsed(int argc, char** argv)
     }
     options.logs = logs.empty() ? options.logs : logs;
     checkTogether(options, given);
+    if (options.follow && (options.logs.size() > 1 || options.logs[0] == "-")) {
+        throw UsageError{"-f follows one log, which is a file"};
+    }
+    if (options.follow && !options.number) {
+        options.number = kFollowedNumber;
+    }
     options.layout = layoutOfTerminal(isColourful(options.colour));
     return options;
 }

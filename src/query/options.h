@@ -27,6 +27,7 @@ struct Options {
     std::optional<std::int32_t> context; ///< at least 0
     bool reverse = false;
     bool merge = false;
+    bool follow = false;
     bool progress = false;
     Format format = Format::Table;
     std::string colour = "auto";

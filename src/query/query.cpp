@@ -38,7 +38,8 @@ TimeRange commonRange(const Options& options, const std::vector<std::string>& pa
     std::optional<Moment> last;
     for (std::size_t i = 0; i < paths.size(); ++i) {
         const auto log = std::make_shared<Log>(paths[i], "", true);
-        const Calendar calendar = readYears(*log, options.year);
+        Calendar calendar = readTimes(*log);
+        finish(calendar, *log, options.year);
         if (calendar.last()) {
             first = std::min(first.value_or(*calendar.first()), *calendar.first());
             last = std::max(last.value_or(*calendar.last()), *calendar.last());
@@ -56,6 +57,11 @@ TimeRange commonRange(const Options& options, const std::vector<std::string>& pa
 int showEvents(const Options& options)
 {
     prepareReading();
+    if (options.follow) {
+        Display display(options, options.layout);
+        followLog(options, display);
+        return kError;
+    }
     const FoundLogs found = findLogs(options.logs, options.name);
     for (const FoundLogs::Error& error : found.errors) {
         report(safe(error.path) + ": " + error.text);

@@ -5,6 +5,9 @@
 #include "query/event_reading.h"
 #include "query/messages.h"
 
+#include <unistd.h>
+
+#include <csignal>
 #include <cstdint>
 #include <deque>
 #include <iterator>
@@ -27,10 +30,16 @@ public:
     }
     // Takes the events in `range`, or, without one, in the range that the options give. Returns
     // false after an error.
-    bool run(const std::optional<TimeRange>& range, const std::string& path);
+    bool run(const std::optional<TimeRange>& range, const std::string& path,
+             LogFollower* follower = nullptr);
+
+    /// Shows all that is held.
+    void endHolding();
 
 private:
     void reportRange() const;
+    bool isNew(std::uint64_t line) const { return isFollowing_ && hasTimes_ && line >= known_; }
+    void addNewTime(std::uint64_t line, const EventRecord& event);
     bool isInRange(std::uint64_t line, std::string_view time);
     void look(std::string_view text, std::uint64_t line, const Glance& glance);
     void collect(const Place& place, std::string_view text, EventView* view);
@@ -44,7 +53,7 @@ private:
     Calendar calendar_;
     const bool needsTimes_; // to know what is found, hasTimes_ only to show it
     const bool hasTimes_;
-    const bool holds_; // all that is found, up to the end
+    bool holds_; // all that is found, up to the end
     const std::size_t context_;
     TimeRange range_;
     std::string lastAt_; // of the last event with a time
@@ -54,39 +63,76 @@ private:
     std::deque<Found> candidates_;      // shown only if a match follows
     std::size_t after_ = 0;             // how many events more are shown after a match
     std::uint64_t events_ = 0;
+
+    // Only of a log that goes on:
+    bool isFollowing_ = false;
+    Calendar times_;          // calendar_ before it was finished
+    std::uint64_t known_ = 0; // of lines before this one calendar_ had the times at the beginning
 };
 
-bool Query::run(const std::optional<TimeRange>& range, const std::string& path)
+bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
+                LogFollower* follower)
 {
     if (hasTimes_) {
-        calendar_ = readYears(*log_, options_.year);
+        times_ = readTimes(*log_);
+        calendar_ = times_;
+        finish(calendar_, *log_, options_.year);
+        known_ = log_->lines() - (log_->lines() > 0 ? 1 : 0); // the last may be incomplete
     }
-    range_ = range ? *range
-                   : rangeOf(options_.since, options_.until, calendar_.first(), calendar_.last());
+    if (follower == nullptr || calendar_.last()) { // else what is to come has no bounds yet
+        range_ = range
+                     ? *range
+                     : rangeOf(options_.since, options_.until, calendar_.first(), calendar_.last());
+    }
     if (!isPossible(range_, path)) {
         return false;
     }
     display_.begin();
     // Most lines of most searches are passed over without a parse.
     const bool mayPass = options_.events.isGiven() && !needsTimes_ && context_ == 0;
-    const auto lookAt = [this, mayPass](std::string_view text, std::uint64_t line) {
-        const Glance glance = mayPass || holds_ ? glanceAt(text) : Glance();
+    const bool glances = mayPass || holds_;
+    const auto lookAt = [this, mayPass, glances](std::string_view text, std::uint64_t line) {
+        const Glance glance = glances && !isNew(line) ? glanceAt(text) : Glance();
         const bool passes =
             mayPass && glance.kind == LineKind::Event && !options_.events.selects(glance.code);
         if (!passes && glance.kind != LineKind::NoEvent) {
             look(text, line, glance);
         }
     };
-    log_->read(lookAt, flushOutput);
-    while (!held_.empty()) {
-        showHeld(std::move(options_.reverse ? held_.back() : held_.front()));
-        options_.reverse ? held_.pop_back() : held_.pop_front();
+    isFollowing_ = follower != nullptr;
+    if (isFollowing_) {
+        log_->follow(*follower, lookAt, flushOutput);
+    } else {
+        log_->read(lookAt, flushOutput);
     }
+    endHolding();
     log_->close();
     if (path.empty() && !display_.anyFound()) {
         reportRange();
     }
     return !log_->failed();
+}
+
+void Query::endHolding()
+{
+    while (!held_.empty()) {
+        showHeld(std::move(options_.reverse ? held_.back() : held_.front()));
+        options_.reverse ? held_.pop_back() : held_.pop_front();
+    }
+    matches_.clear();
+    holds_ = false;
+}
+
+void Query::addNewTime(std::uint64_t line, const EventRecord& event)
+{
+    addTime(times_, line, event);
+    Calendar calendar = times_;
+    if (calendar_.last()) {
+        calendar.finishAs(calendar_);
+    } else {
+        finish(calendar, *log_, options_.year);
+    }
+    calendar_ = std::move(calendar);
 }
 
 // Says why nothing can be in the range.
@@ -122,6 +168,9 @@ void Query::look(std::string_view text, std::uint64_t line, const Glance& glance
         std::unique_ptr<EventRecord> event = readEvent(*log_, text, line);
         if (event == nullptr) {
             return;
+        }
+        if (isNew(line)) {
+            addNewTime(line, *event);
         }
         const bool isInTime = !needsTimes_ || isInRange(line, event->time);
         if (isInTime && options_.events.selects(event->code)) {
@@ -211,6 +260,27 @@ bool searchLog(const Options& options, const std::shared_ptr<Log>& log, Display&
                Merge* merge, const std::optional<TimeRange>& range, const std::string& path)
 {
     return Query(options, log, display, merge).run(range, path);
+}
+
+bool followLog(const Options& options, Display& display)
+{
+    const std::string& path = options.logs.front();
+    Query* query = nullptr;
+    LogFollower follower(path, STDOUT_FILENO, [&query, &follower, &path] {
+        query->endHolding();
+        flushOutput();
+        if (const std::string note = follower.takeNote(); !note.empty()) {
+            report(safe(path) + ": " + note);
+        }
+    });
+    const auto log = std::make_shared<Log>(path, follower);
+    Query followed(options, log, display, nullptr);
+    query = &followed;
+    const bool succeeded = followed.run(std::nullopt, "", &follower);
+    if (succeeded) { // nobody reads the output
+        std::raise(SIGPIPE);
+    }
+    return false;
 }
 
 } // namespace eventsviewer::query

@@ -19,4 +19,7 @@ bool isPossible(const TimeRange& range, const std::string& path);
 bool searchLog(const Options& options, const std::shared_ptr<Log>& log, Display& display,
                Merge* merge, const std::optional<TimeRange>& range, const std::string& path);
 
+/// Like searchLog for a log that goes on; shows what comes at once. Returns only after an error.
+bool followLog(const Options& options, Display& display);
+
 } // namespace eventsviewer::query
