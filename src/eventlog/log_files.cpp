@@ -125,8 +125,10 @@ FoundLogs Search::result()
     // A log with its predecessor comes before either of them alone.
     std::vector<std::size_t> order(candidates_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
-        return candidates_[one].files.size() > candidates_[other].files.size();
+    std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
+        const std::size_t files = candidates_[one].files.size();
+        const std::size_t otherFiles = candidates_[other].files.size();
+        return files != otherFiles ? files > otherFiles : one < other;
     });
     std::set<Identity> taken;
     std::set<std::string> missing;
