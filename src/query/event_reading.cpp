@@ -90,4 +90,16 @@ void finish(Calendar& calendar, const Log& log, std::optional<std::int32_t> year
     calendar.finish(year, log.changed() + kMostAhead);
 }
 
+Calendar continued(const Calendar& earlier, const Calendar& times, const Log& log,
+                   std::optional<std::int32_t> year)
+{
+    Calendar calendar = times;
+    if (earlier.last()) {
+        calendar.finishAs(earlier);
+    } else {
+        finish(calendar, log, year);
+    }
+    return calendar;
+}
+
 } // namespace eventsviewer::query

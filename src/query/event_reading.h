@@ -29,4 +29,8 @@ Calendar readTimes(Log& log);
 /// is given.
 void finish(Calendar& calendar, const Log& log, std::optional<std::int32_t> year);
 
+/// `times`, to which events of `log` were added since `earlier` was finished, in the same years.
+Calendar continued(const Calendar& earlier, const Calendar& times, const Log& log,
+                   std::optional<std::int32_t> year);
+
 } // namespace eventsviewer::query

@@ -42,7 +42,6 @@ const option kLongOptions[] = {
 constexpr const char* kLetters = ":e:g:S:U:n:rmfC:o:h";
 
 constexpr std::int32_t kFollowedNumber = 10;
-
 // Options that mean nothing together. The manual has the same table.
 constexpr char kConflicts[][2] = {
     {kCatalog, 'S'}, {kCatalog, 'U'}, {kCatalog, kYear}, {kCatalog, 'n'},       {kCatalog, 'r'},
@@ -106,10 +105,8 @@ std::optional<std::int32_t> numberIn(const char* text, long long least, long lon
     char* end = nullptr;
     const long long number = std::strtoll(text, &end, 10);
     const bool isNumber = text[0] >= '0' && text[0] <= '9' && *end == '\0';
-    if (!isNumber || number < least || number > most) {
-        return std::nullopt;
-    }
-    return static_cast<std::int32_t>(number);
+    const bool isRight = isNumber && number >= least && number <= most;
+    return isRight ? std::optional(static_cast<std::int32_t>(number)) : std::nullopt;
 }
 
 // Takes the value of the option `letter`.
@@ -233,9 +230,7 @@ Options parsed(int argc, char** argv)
     if (options.follow && (options.logs.size() > 1 || options.logs[0] == "-")) {
         throw UsageError{"-f follows one log, which is a file"};
     }
-    if (options.follow && !options.number) {
-        options.number = kFollowedNumber;
-    }
+    options.number = options.follow && !options.number ? kFollowedNumber : options.number;
     options.layout = layoutOfTerminal(isColourful(options.colour));
     return options;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "catalog/event_filter.h"
 #include "eventlog/time_bound.h"
 #include "query/filters.h"
 #include "query/writers.h"

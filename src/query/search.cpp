@@ -37,9 +37,7 @@ public:
     void endHolding();
 
 private:
-    void reportRange() const;
     bool isNew(std::uint64_t line) const { return isFollowing_ && hasTimes_ && line >= known_; }
-    void addNewTime(std::uint64_t line, const EventRecord& event);
     bool isInRange(std::uint64_t line, std::string_view time);
     void look(std::string_view text, std::uint64_t line, const Glance& glance);
     void collect(const Place& place, std::string_view text, EventView* view);
@@ -108,7 +106,7 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
     endHolding();
     log_->close();
     if (path.empty() && !display_.anyFound()) {
-        reportRange();
+        explainNothing(range_, calendar_.first(), calendar_.last());
     }
     return !log_->failed();
 }
@@ -121,30 +119,6 @@ void Query::endHolding()
     }
     matches_.clear();
     holds_ = false;
-}
-
-void Query::addNewTime(std::uint64_t line, const EventRecord& event)
-{
-    addTime(times_, line, event);
-    Calendar calendar = times_;
-    if (calendar_.last()) {
-        calendar.finishAs(calendar_);
-    } else {
-        finish(calendar, *log_, options_.year);
-    }
-    calendar_ = std::move(calendar);
-}
-
-// Says why nothing can be in the range.
-void Query::reportRange() const
-{
-    const std::string first = calendar_.first() ? isoTime(*calendar_.first()) : "";
-    const std::string last = calendar_.last() ? isoTime(*calendar_.last()) : range_.until;
-    if (range_.since > last) {
-        report("-S is " + range_.since + ", after the last event, " + last);
-    } else if (range_.until < first) {
-        report("-U is " + range_.until + ", before the first event, " + first);
-    }
 }
 
 // An event without a time belongs to the time before it.
@@ -170,7 +144,8 @@ void Query::look(std::string_view text, std::uint64_t line, const Glance& glance
             return;
         }
         if (isNew(line)) {
-            addNewTime(line, *event);
+            addTime(times_, line, *event);
+            calendar_ = continued(calendar_, times_, *log_, options_.year);
         }
         const bool isInTime = !needsTimes_ || isInRange(line, event->time);
         if (isInTime && options_.events.selects(event->code)) {
@@ -246,16 +221,6 @@ void Query::show(const Place& place, EventView& view)
 
 } // namespace
 
-bool isPossible(const TimeRange& range, const std::string& path)
-{
-    const bool isRightWay = range.since <= range.until;
-    if (!isRightWay) {
-        report((path.empty() ? "" : safe(path) + ": ") + "-S is " + range.since +
-               ", which is after -U, " + range.until);
-    }
-    return isRightWay;
-}
-
 bool searchLog(const Options& options, const std::shared_ptr<Log>& log, Display& display,
                Merge* merge, const std::optional<TimeRange>& range, const std::string& path)
 {
@@ -276,8 +241,7 @@ bool followLog(const Options& options, Display& display)
     const auto log = std::make_shared<Log>(path, follower);
     Query followed(options, log, display, nullptr);
     query = &followed;
-    const bool succeeded = followed.run(std::nullopt, "", &follower);
-    if (succeeded) { // nobody reads the output
+    if (followed.run(std::nullopt, "", &follower)) { // nobody reads the output
         std::raise(SIGPIPE);
     }
     return false;

@@ -10,9 +10,6 @@
 
 namespace eventsviewer::query {
 
-/// Whether there can be events in `range`. If not, says so, of the log `path` if that is given.
-bool isPossible(const TimeRange& range, const std::string& path);
-
 /// Looks in one log for the events that `options` ask for. Adds them to `merge`, if there is one,
 /// else shows them on `display`. Takes the events in `range`, or, without one, in the range that
 /// the options give for this log. Returns false after an error; `path` names the log then.
