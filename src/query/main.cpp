@@ -28,11 +28,11 @@ LOG is a file L, read after L.0, a folder of logs, or - (/common/events_report).
       --color[=WHEN]       auto, always or never
       --progress           show how far the reading has come
       --catalog            list the known events; with -e, -g and -o json
-  -h, --help; --version    show this help; show the version
+  -h, --help               show this help
+      --version            show the version
 Examples:
   events-query -m -S -2h logs/                     the newest of all terminals
   events-query -e MODEM_OUT_OF_NETWORK -C 3 LOG    what came before each outage
-  events-query -o csv LOG > events.csv             for a spreadsheet
 Status: 0 something was found, 1 nothing, 2 an error. More: man events-query
 )";
 
