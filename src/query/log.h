@@ -52,7 +52,7 @@ public:
             lseek(file.descriptor, file.start, SEEK_SET); // a pipe is read once, from where it is
             LogBytes bytes(file.descriptor);
             std::uint64_t bytesBefore = 0;
-            readLines(bytes, number, use, [&] {
+            number = readLines(bytes, number, use, [&] {
                 showProgress(file.safePath, bytes.bytesRead() - bytesBefore);
                 bytesBefore = bytes.bytesRead();
                 pause();
@@ -73,7 +73,7 @@ public:
         while (follower.nextFile()) {
             files_.push_back(fileAt(follower.path()));
             files_.back().firstLine = lines_;
-            readLines(follower, lines_, use, pause);
+            lines_ = readLines(follower, lines_, use, pause);
         }
         if (follower.error() != 0) {
             files_.push_back(fileAt(path_.text));
@@ -123,7 +123,7 @@ private:
     };
 
     template <typename Bytes, typename Use, typename Pause>
-    void readLines(Bytes& bytes, std::uint64_t& number, Use use, Pause pause)
+    std::uint64_t readLines(Bytes& bytes, std::uint64_t number, Use use, Pause pause)
     {
         LineReader reader(bytes, kLongestLine);
         std::string_view lines;
@@ -138,6 +138,7 @@ private:
             }
             pause();
         }
+        return number;
     }
     static File fileAt(const std::string& name);
     const File& holding(std::uint64_t number) const;
