@@ -94,14 +94,10 @@ const Log::File& Log::holding(std::uint64_t number) const
     return *file;
 }
 
-const Path& Log::fileOf(std::uint64_t number) const
+std::pair<const Path*, std::uint64_t> Log::placeOf(std::uint64_t number) const
 {
-    return holding(number).path;
-}
-
-std::uint64_t Log::lineInFile(std::uint64_t number) const
-{
-    return number - holding(number).firstLine + 1;
+    const File& file = holding(number);
+    return {&file.path, number - file.firstLine + 1};
 }
 
 std::int64_t Log::changed() const
@@ -126,8 +122,8 @@ void Log::reportError(File& file)
 void Log::report(std::uint64_t number, std::string_view message) const
 {
     if (!message.empty() && !isSilent_) {
-        query::report(holding(number).safePath + ':' + std::to_string(lineInFile(number)) + ": " +
-                      safe(message));
+        query::report(holding(number).safePath + ':' + std::to_string(placeOf(number).second) +
+                      ": " + safe(message));
     }
 }
 

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace eventsviewer::query {
@@ -99,8 +100,7 @@ public:
     const std::string& label() const { return label_; }
 
     /// The path of the file with line `number`, and which line of that file it is, from 1 on.
-    const Path& fileOf(std::uint64_t number) const;
-    std::uint64_t lineInFile(std::uint64_t number) const;
+    std::pair<const Path*, std::uint64_t> placeOf(std::uint64_t number) const;
 
     /// Says `message` of the line `number` on standard error; nothing without a message.
     void report(std::uint64_t number, std::string_view message) const;
