@@ -122,10 +122,6 @@ class Bench:
         for program, limit in (every, 1.05), (show, 1.3):
             self.add(f"`{program}` on a log with spaces against one without, instructions",
                      self.count(program, FEW, "spaced") / self.count(program), limit)
-        self.add(f'`{show}` on a log whose "id" comes last against JsonCpp alone, instructions',
-                 self.count(show, FEW, "id-last") / self.count(alone))
-        self.add(f"`{show}` on a log with 5 damaged lines in 1,000 against one without, instructions",
-                 self.count(show, FEW, "compact", 5) / self.count(show))
         self.add("Start to exit on an empty log, instructions minus those of an empty program with the"
                  " same libraries", self.count(show, 0) - self.count("nothing"), 0.3e6, "M")
 
@@ -150,8 +146,7 @@ class Bench:
                      / os.path.getsize(self.log(MOST, style, damaged)), limit)
 
     def output(self, program):
-        return subprocess.run(self.command(program, self.log()), stdout=subprocess.PIPE,
-                              check=True).stdout
+        return subprocess.check_output(self.command(program, self.log()))
 
     def cpu(self, programs, sizes):
         """The CPU seconds of each program on compact logs of these sizes."""
@@ -177,6 +172,19 @@ class Bench:
                 raise RuntimeError(f"{same} do not write the same")
             programs += [*same, *[f"ripgrep{task}"] * (EVENT in task)]
         return self.cpu(programs, [FEW, MANY])
+
+    def many_logs(self):
+        """300 logs of 1 MB: by one process, by a process for each, compressed, and unpacked by zcat."""
+        def shell(script):
+            return ["sh", "-ec", f"cd {self.scratch}; {script}"]
+        log = self.log(6_250)
+        measure.run(shell(f"gzip -k {log}; for i in $(seq 300); do mkdir -p plain/$i packed/$i;"
+                          f"cp {log} plain/$i/events_report; cp {log}.gz packed/$i/events_report.gz; done"))
+        tasks = {"{}": "{} plain", "xargs {}": "find plain -type f | xargs -n 1 {}", "{}, gzip": "{} packed",
+                 "zcat, {}": "find packed -type f | while read -r log; do zcat $log | {} -; done"}
+        return {name.format(query): {300: measure.cpu_seconds(shell(task.format(f"{self.build}/{query}")), 3)}
+                for query in ("events-query -o json", f"events-query -e {EVENT}")
+                for name, task in tasks.items()}
 
     def cpu_series(self):
         if self.output("events-viewer --all") != self.output("mawk, all events"):
@@ -226,6 +234,7 @@ def main():
             report.replace_section(page, "cpu", report.cpu_table(series, CHART_SIZES))
             report.replace_section(page, "queries",
                                    report.cpu_table(bench.query_series(), [FEW, MANY]))
+            report.replace_section(page, "logs", report.cpu_table(bench.many_logs(), [300], "logs"))
             report.draw(f"{SOURCE}/doc/performance.svg", series, CHART_SIZES)
     missed = [gate for gate in bench.gates if not gate.passed]
     print(f"{len(missed)} of {sum(gate.limit is not None for gate in bench.gates)} limits missed")

@@ -50,8 +50,8 @@ def gate_table(gates):
                  [(gate.name, gate.shown(gate.value), gate.shown(gate.limit)) for gate in gates])
 
 
-def cpu_table(series, sizes):
-    return table(["CPU seconds", *(f"{size:,} lines" for size in sizes)],
+def cpu_table(series, sizes, unit="lines"):
+    return table(["CPU seconds", *(f"{size:,} {unit}" for size in sizes)],
                  [(name, *(f"{points[size]:.3f}" for size in sizes))
                   for name, points in series.items()])
 

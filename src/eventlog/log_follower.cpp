@@ -116,6 +116,7 @@ std::vector<std::pair<std::string, int>> LogFollower::firstFiles()
 {
     look();
     std::vector<std::pair<std::string, int>> files;
+    files.reserve(next_.size());
     for (const File& file : next_) {
         files.emplace_back(file.path, file.descriptor);
     }

@@ -63,7 +63,10 @@ Log::~Log()
 
 Log::File Log::fileAt(const std::string& name)
 {
-    return {{name, jsonaccess::jsonContent(name)}, safe(name)};
+    File file;
+    file.path = {name, jsonaccess::jsonContent(name)};
+    file.safePath = safe(name);
+    return file;
 }
 
 void Log::close()

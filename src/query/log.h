@@ -114,10 +114,10 @@ public:
 private:
     struct File {
         Path path;
-        std::string safePath = {};
+        std::string safePath;
         int descriptor = -1;
-        std::string error = {}; // what is wrong, in words
-        off_t start = 0;        // where the log begins; negative if it can be read only once
+        std::string error; // what is wrong, in words
+        off_t start = 0;   // where the log begins; negative if it can be read only once
         bool isReported = false;
         std::uint64_t firstLine = UINT64_MAX;
     };
