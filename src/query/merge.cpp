@@ -39,6 +39,7 @@ void Merge::sort(bool isComplete)
         return difference != 0 ? difference < 0 : one < other;
     });
     std::vector<Found> sorted;
+    sorted.reserve(found_.size());
     for (const std::size_t index : order) {
         sorted.push_back(std::move(found_[index]));
     }
