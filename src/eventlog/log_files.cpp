@@ -33,7 +33,8 @@ Identity identityOf(const struct stat& status)
 std::string without(const std::string& text, std::string_view end)
 {
     const std::size_t rest = text.size() - std::min(text.size(), end.size());
-    return rest > 0 && text.compare(rest, end.size(), end) == 0 ? text.substr(0, rest) : text;
+    const bool hasEnd = rest > 0 && text.compare(rest, end.size(), end) == 0;
+    return text.substr(0, hasEnd ? rest : text.size());
 }
 
 class Search {

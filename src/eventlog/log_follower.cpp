@@ -159,8 +159,9 @@ ssize_t LogFollower::read(char* to, std::size_t size)
 bool LogFollower::look()
 {
     struct stat status = {};
-    if (current_.isOpen() && fstat(current_.descriptor, &status) == 0 &&
-        status.st_size < position_) {
+    status.st_size = position_; // without a file it stays
+    fstat(current_.descriptor, &status);
+    if (status.st_size < position_) {
         note_ = "was truncated; events may be missing";
         isOver_ = true;
         next_.emplace_back(fcntl(current_.descriptor, F_DUPFD_CLOEXEC, kFirstFree), current_.path);

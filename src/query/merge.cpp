@@ -10,10 +10,9 @@ namespace eventsviewer::query {
 void Merge::add(Found found)
 {
     constexpr std::size_t kSpare = 1000; // so that sorting is rare
-    const bool matches = found.matches;
+    matches_ += found.matches ? 1 : 0;
     found_.push_back(std::move(found));
-    matches_ += matches ? 1 : 0;
-    if (matches && matches_ / 2 > number_ && matches_ > kSpare) {
+    if (matches_ / 2 > number_ && matches_ > kSpare) {
         sort(false);
     }
 }

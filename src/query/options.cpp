@@ -165,6 +165,7 @@ void take(Options& options, char letter, const char* value)
         return;
     case 'f':
         options.follow = true;
+        options.number = options.number.value_or(kFollowedNumber);
         return;
     case kName:
         options.name = value;
@@ -230,7 +231,6 @@ Options parsed(int argc, char** argv)
     if (options.follow && (options.logs.size() > 1 || options.logs[0] == "-")) {
         throw UsageError{"-f follows one log, which is a file"};
     }
-    options.number = options.follow && !options.number ? kFollowedNumber : options.number;
     options.layout = layoutOfTerminal(isColourful(options.colour));
     return options;
 }

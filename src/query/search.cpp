@@ -78,9 +78,8 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
         known_ = log_->lines() - (log_->lines() > 0 ? 1 : 0); // the last may be incomplete
     }
     if (follower == nullptr || calendar_.last()) { // else what is to come has no bounds yet
-        range_ = range
-                     ? *range
-                     : rangeOf(options_.since, options_.until, calendar_.first(), calendar_.last());
+        range_ = range.value_or(
+            rangeOf(options_.since, options_.until, calendar_.first(), calendar_.last()));
     }
     if (!isPossible(range_, path)) {
         return false;
@@ -90,7 +89,8 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
     const bool mayPass = options_.events.isGiven() && !needsTimes_ && context_ == 0;
     const bool glances = mayPass || holds_;
     const auto lookAt = [this, mayPass, glances](std::string_view text, std::uint64_t line) {
-        const Glance glance = glances && !isNew(line) ? glanceAt(text) : Glance();
+        const bool isGlanced = glances && !isNew(line);
+        const Glance glance = isGlanced ? glanceAt(text) : Glance();
         const bool passes =
             mayPass && glance.kind == LineKind::Event && !options_.events.selects(glance.code);
         if (!passes && glance.kind != LineKind::NoEvent) {

@@ -6,20 +6,27 @@
 #include <gtest/gtest.h>
 
 #include <sys/inotify.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
-bool watchesFail = false; // as when the system has no more of them
+// Which watches fail, as when the system has no more of them.
+std::function<bool(const std::string& path, std::uint32_t changes)> cannotWatch;
+std::function<void()> beforeOpen0; // called once, before a file L.0 is opened
+bool isOnNetwork = false;
 bool queueOverflows = false;
 int readError = 0;
 
@@ -29,13 +36,33 @@ int readError = 0;
 extern "C" {
 
 int __real_inotify_add_watch(int queue, const char* path, std::uint32_t mask);
+int __real_open64(const char* path, int flags, ...);
+int __real_statfs64(const char* path, struct statfs* status);
 ssize_t __real_read(int descriptor, void* buffer, std::size_t size);
 ssize_t __real_pread64(int descriptor, void* buffer, std::size_t size, off_t position);
 
 int __wrap_inotify_add_watch(int queue, const char* path, std::uint32_t mask)
 {
     errno = ENOSPC;
-    return watchesFail ? -1 : __real_inotify_add_watch(queue, path, mask);
+    return cannotWatch && cannotWatch(path, mask) ? -1
+                                                  : __real_inotify_add_watch(queue, path, mask);
+}
+
+// Never creates a file, so there is no third argument.
+int __wrap_open64(const char* path, int flags, ...)
+{
+    const std::string name = path;
+    if (beforeOpen0 && name.size() > 2 && name.substr(name.size() - 2) == ".0") {
+        std::exchange(beforeOpen0, {})();
+    }
+    return __real_open64(path, flags);
+}
+
+int __wrap_statfs64(const char* path, struct statfs* status)
+{
+    const int result = __real_statfs64(path, status);
+    status->f_type = isOnNetwork ? 0x6969 : status->f_type; // NFS
+    return result;
 }
 
 // Only the queue of inotify is read by this one.
@@ -55,6 +82,10 @@ ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size)
 ssize_t __wrap_pread64(int descriptor, void* buffer, std::size_t size, off_t position)
 {
     errno = readError;
+    if (readError == EINTR) {
+        readError = 0;
+        return -1;
+    }
     return readError != 0 ? -1 : __real_pread64(descriptor, buffer, size, position);
 }
 }
@@ -70,7 +101,9 @@ class LogFollowerTest : public testing::Test {
 protected:
     ~LogFollowerTest() override
     {
-        watchesFail = queueOverflows = false;
+        cannotWatch = nullptr;
+        beforeOpen0 = nullptr;
+        isOnNetwork = queueOverflows = false;
         readError = 0;
     }
 
@@ -132,6 +165,7 @@ protected:
     int error_ = 0;
 };
 
+constexpr const char* kPolls = "cannot be watched; looked at once a second";
 constexpr const char* kMayBeMissing = "other files have taken its place; events may be missing";
 
 TEST_F(LogFollowerTest, GivesTheOlderFileAndTheLogAndWhatIsWritten)
@@ -246,6 +280,38 @@ TEST_F(LogFollowerTest, SaysSoIfAnotherFileTookItsPlace)
     EXPECT_EQ(kMayBeMissing, notes_);
 }
 
+TEST_F(LogFollowerTest, SaysSoIfAShorterFileTookItsPlace)
+{
+    append("log", "1\n2\n");
+    append("other", "1\n");
+    EXPECT_EQ((Lines{"1", "2", "1"}), follow({[&] { rename("other", "log"); }}));
+    EXPECT_EQ(kMayBeMissing, notes_);
+}
+
+TEST_F(LogFollowerTest, ShowsTheOlderFileOnceIfOnlyTheLogIsReplaced)
+{
+    append("log.0", "0\n");
+    append("log", "1\n");
+    append("other", "2\n");
+    EXPECT_EQ((Lines{"0", "1", "2"}), follow({[&] { rename("other", "log"); }}));
+    EXPECT_EQ(kMayBeMissing, notes_);
+}
+
+TEST_F(LogFollowerTest, LosesNothingIfItIsRotatedWhileItIsOpened)
+{
+    append("log", "1\n");
+    beforeOpen0 = [&] { rotate("2\n"); };
+    EXPECT_EQ((Lines{"1", "2"}), follow({}));
+    EXPECT_EQ("", notes_);
+}
+
+TEST_F(LogFollowerTest, WaitsForALogThatIsRemovedWhileItIsOpened)
+{
+    append("log", "1\n");
+    beforeOpen0 = [&] { std::filesystem::remove(folder_.path("log")); };
+    EXPECT_EQ(Lines{"2"}, follow({[] {}, [&] { append("log", "2\n"); }}));
+}
+
 TEST_F(LogFollowerTest, GoesOnInACopy)
 {
     append("log", "1\n2");
@@ -287,13 +353,56 @@ TEST_F(LogFollowerTest, NoticesWhatIsBehindALink)
     EXPECT_EQ((Lines{"1", "2"}), follow({[&] { append("real/log", "2\n"); }}));
 }
 
+TEST_F(LogFollowerTest, GoesOnInACopyWhereALinkLeads)
+{
+    std::filesystem::create_directory(folder_.path("real"));
+    append("real/events", "1\n");
+    std::filesystem::create_symlink("real/events", folder_.path("log"));
+    EXPECT_EQ((Lines{"1", "2"}), follow({[&] {
+                  append("real/copy", "1\n2\n");
+                  rename("real/copy", "real/events");
+              }}));
+    EXPECT_EQ("", notes_);
+}
+
 TEST_F(LogFollowerTest, LooksOnceASecondWhereNothingCanBeWatched)
 {
-    watchesFail = true;
+    cannotWatch = [](const std::string&, std::uint32_t) { return true; };
     append("log", "1\n");
     EXPECT_EQ((Lines{"1", "2", "3"}),
               follow({[] {}, [&] { append("log", "2\n"); }, [&] { rotate("3\n"); }}));
-    EXPECT_EQ("cannot be watched; looked at once a second", notes_);
+    EXPECT_EQ(kPolls, notes_);
+}
+
+TEST_F(LogFollowerTest, LooksOnceASecondWhereTheFileOrItsFolderCannotBeWatched)
+{
+    std::filesystem::create_directory(folder_.path("real"));
+    append("real/log", "1\n");
+    std::filesystem::create_symlink("real/log", folder_.path("log"));
+    cannotWatch = [](const std::string&, std::uint32_t changes) { return changes == IN_MODIFY; };
+    EXPECT_EQ((Lines{"1", "2"}), follow({[] {}, [&] { append("log", "2\n"); }}));
+    EXPECT_EQ(kPolls, std::exchange(notes_, {}));
+    cannotWatch = [](const std::string& path, std::uint32_t) {
+        return path.back() == '/' && path.find("/real/") != std::string::npos;
+    };
+    EXPECT_EQ((Lines{"1", "2", "3"}), follow({[] {}, [&] { append("log", "3\n"); }}));
+    EXPECT_EQ(kPolls, notes_);
+}
+
+TEST_F(LogFollowerTest, LooksOnceASecondWhereAnotherMachineMayWrite)
+{
+    isOnNetwork = true;
+    append("log", "1\n");
+    EXPECT_EQ((Lines{"1", "2"}), follow({[] {}, [&] { append("log", "2\n"); }}));
+    EXPECT_EQ(kPolls, notes_);
+}
+
+TEST_F(LogFollowerTest, WatchesAFileByItsPathWithoutProc)
+{
+    cannotWatch = [](const std::string& path, std::uint32_t) { return path.find("/proc/") == 0; };
+    append("log", "1\n");
+    EXPECT_EQ((Lines{"1", "2"}), follow({[] {}, [&] { append("log", "2\n"); }}));
+    EXPECT_EQ("", notes_);
 }
 
 TEST_F(LogFollowerTest, SaysSoIfAFileWasRemovedBeforeItWasRead)
@@ -319,11 +428,11 @@ TEST_F(LogFollowerTest, ReadsOnWhenTheQueueOverflows)
 
 TEST_F(LogFollowerTest, WaitsForItsFolder)
 {
-
-    const std::string folder = folder_.path("");
+    const std::string folder = folder_.path("").substr(0, folder_.path("").size() - 1);
     std::filesystem::remove(folder);
-    EXPECT_EQ((Lines{"1"}), follow({[] {},
+    EXPECT_EQ((Lines{"1"}), follow({[] {}, [&] { std::ofstream{folder}; },
                                     [&] {
+                                        std::filesystem::remove(folder);
                                         std::filesystem::create_directory(folder);
                                         append("log", "1\n");
                                     }}));
@@ -339,11 +448,37 @@ TEST_F(LogFollowerTest, EndsAfterAReadError)
     EXPECT_EQ(EIO, error_);
 }
 
+TEST_F(LogFollowerTest, GoesOnAfterAnInterruption)
+{
+    append("log", "1\n");
+    readError = EINTR;
+    EXPECT_EQ(Lines{"1"}, follow({}));
+    EXPECT_EQ(0, error_);
+}
+
+TEST_F(LogFollowerTest, EndsIfNobodyReadsBeforeThereIsALog)
+{
+    EXPECT_EQ(Lines{}, follow({}));
+    EXPECT_EQ(0, error_);
+}
+
 TEST_F(LogFollowerTest, FollowsOnlyAFile)
 {
     std::filesystem::create_directory(folder_.path("log"));
     EXPECT_EQ(Lines{}, follow({}));
     EXPECT_EQ(EISDIR, error_);
+    std::filesystem::remove(folder_.path("log"));
+    ASSERT_EQ(0, mkfifo(folder_.path("log").c_str(), 0600));
+    EXPECT_EQ(Lines{}, follow({}));
+    EXPECT_EQ(ESPIPE, error_);
+}
+
+TEST_F(LogFollowerTest, EndsIfTheLogCannotBeOpened)
+{
+    append("log.0", "1\n");
+    std::filesystem::create_symlink("log", folder_.path("log"));
+    EXPECT_EQ(Lines{}, follow({}));
+    EXPECT_EQ(ELOOP, error_);
 }
 
 } // namespace

@@ -219,7 +219,7 @@ def check_filters(command, log):
     """Options work on what comes as on what was there; returns what is wrong."""
     log.write_bytes(line(949, b"Dec 31 23:59:58") + line(1229, b"Dec 31 23:59:59"))
     options = ["-o", "json", "--year", "2025", "-e", "1229", "-C", "1", "-S", "23:59:59"]
-    process = subprocess.Popen([*command, "-f", *options, log], stdout=subprocess.PIPE)
+    process = subprocess.Popen([*command, "-f", *options, log.name], cwd=log.parent, stdout=subprocess.PIPE)
     shown = [process.stdout.readline() for _ in range(2)]
     with open(log, "ab") as file:
         file.write(line(835, b"Dec 31 23:59:59") + line(836, b"Jan  1 00:00:01"))
@@ -231,6 +231,18 @@ def check_filters(command, log):
     expected = ["2025-12-31T23:59:58", "2025-12-31T23:59:59", "2025-12-31T23:59:59",
                 "2026-01-01T00:00:01", "2026-01-01T00:00:02", "2026-03-01T00:00:03"]
     return [] if times == expected else [f"with {options} it shows {times}"]
+
+
+def check_closed_streams(command, log, is_emulated):
+    """The log does not take the place of standard error; returns what is wrong."""
+    log.write_bytes(line(949, b"Nov 20 08:00:00"))
+    script = 'exec "$@" <&- 2>&-'
+    process = subprocess.Popen(["sh", "-c", script, "sh", *command, "-f", "-o", "lines", log], stdout=subprocess.PIPE)
+    shown = process.stdout.readline()
+    is_open = Path(f"/proc/{process.pid}/fd/2").exists() and not is_emulated
+    process.terminate()
+    process.wait()
+    return [] if shown and not is_open else [f"without standard error it shows {shown}, open: {is_open}"]
 
 
 def check_silence(command, log, is_emulated):
@@ -267,8 +279,9 @@ def main():
     written = missing = said = failed = 0
     if not arguments.tail:
         with tempfile.TemporaryDirectory() as folder:
-            program, log = [*emulator, arguments.program], Path(folder, "log")
-            for wrong in check_filters(program, log) + check_silence(program, log, emulator):
+            program, log = [*emulator, os.path.abspath(arguments.program)], Path(folder, "log")
+            for wrong in (*check_filters(program, log), *check_closed_streams(program, log, emulator),
+                          *check_silence(program, log, emulator)):
                 print(wrong)
                 failed += 1
     for seed in range(arguments.seed, arguments.seed + arguments.rounds):
