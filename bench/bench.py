@@ -183,8 +183,7 @@ class Bench:
         tasks = {"{}": "{} plain", "xargs {}": "find plain -type f | xargs -n 1 {}", "{}, gzip": "{} packed",
                  "zcat, {}": "find packed -type f | while read -r log; do zcat $log | {} -; done"}
         return {name.format(query): {300: measure.cpu_seconds(shell(task.format(f"{self.build}/{query}")), 3)}
-                for query in ("events-query -o json", f"events-query -e {EVENT}")
-                for name, task in tasks.items()}
+                for query in ("events-query -o json", f"events-query -e {EVENT}") for name, task in tasks.items()}
 
     def cpu_series(self):
         if self.output("events-viewer --all") != self.output("mawk, all events"):
@@ -205,9 +204,8 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--gates", action="store_true")
     parser.add_argument("--board", action="store_true")
-    parser.add_argument("build")
-    parser.add_argument("tools")
-    parser.add_argument("scratch")
+    for name in "build", "tools", "scratch":
+        parser.add_argument(name)
     given = parser.parse_args()
 
     def emulator(*command):
