@@ -78,6 +78,7 @@ class Writer:
         self.written = FIRST_CODE
         self.file = None
         self.rotated = 0
+        self.before_rotation = FIRST_CODE  # how far it was written
 
     def write(self, count):
         lines = b"".join(
@@ -122,8 +123,10 @@ class Writer:
         os.unlink(self.path)
         self.close()
 
-    def let_rest(self):
-        """Waits until another rotation is allowed."""
+    def let_rest(self, follower):
+        """Waits until another rotation is allowed: the follower has run since the last one."""
+        follower.wait_for(self.before_rotation - 1)
+        self.before_rotation = self.written
         time.sleep(max(0, self.rotated + LEAST_PAUSE - time.monotonic()))
 
 
@@ -134,10 +137,10 @@ def gentle(writer, follower, chance):
         time.sleep(chance.random() / 20)
         action = chance.choice(("write", "rotate", "rotate", "stop", "copy"))
         if action == "rotate":
-            writer.let_rest()
+            writer.let_rest(follower)
             writer.rotate()
         elif action == "stop":
-            writer.let_rest()
+            writer.let_rest(follower)
             follower.process.send_signal(signal.SIGSTOP)
             writer.write(chance.randint(0, 50))
             writer.rotate()
@@ -146,7 +149,7 @@ def gentle(writer, follower, chance):
             writer.rotated = time.monotonic()
         elif action == "copy":
             follower.wait_for(writer.written - 1)
-            writer.let_rest()
+            writer.let_rest(follower)
             writer.replace_by_copy()
             writer.rotated = time.monotonic()
 
