@@ -105,8 +105,10 @@ std::pair<const Path*, std::uint64_t> Log::placeOf(std::uint64_t number) const
 
 std::int64_t Log::changed() const
 {
-    struct stat status = {}; // stays so if the file is not open
-    fstat(files_.empty() ? -1 : files_.back().descriptor, &status);
+    struct stat status = {};
+    if (!files_.empty() && files_.back().descriptor >= 0) {
+        fstat(files_.back().descriptor, &status);
+    }
     const bool isKnown = S_ISREG(status.st_mode) && path_.text != "-";
     return isKnown ? status.st_mtime : std::time(nullptr);
 }
