@@ -10,6 +10,7 @@ error says so. If every rotation has time, as in every second round, none may be
 """
 
 import argparse
+import contextlib
 import json
 import os
 import random
@@ -35,7 +36,8 @@ class Follower:
         self.shown = []
         self.process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self.errors = b""
-        self.threads = [threading.Thread(target=self.read), threading.Thread(target=self.read_errors)]
+        self.threads = [threading.Thread(target=target, daemon=True)
+                        for target in (self.read, self.read_errors)]
         for thread in self.threads:
             thread.start()
 
@@ -51,9 +53,12 @@ class Follower:
             self.errors += line
 
     def wait_until_it_watches(self):
-        folder = Path(f"/proc/{self.process.pid}/fd")
+        folder = f"/proc/{self.process.pid}/fd"
         end = time.monotonic() + PATIENCE
-        while time.monotonic() < end and not any("inotify" in os.readlink(link) for link in folder.iterdir()):
+        while time.monotonic() < end:
+            with contextlib.suppress(FileNotFoundError):  # it may be closed meanwhile
+                if any("inotify" in os.readlink(f"{folder}/{name}") for name in os.listdir(folder)):
+                    break
             time.sleep(0.01)
 
     def wait_for(self, number, patience=PATIENCE):
@@ -63,7 +68,7 @@ class Follower:
 
     def stop(self):
         self.process.send_signal(signal.SIGINT)
-        status = self.process.wait()
+        status = self.process.wait(PATIENCE)
         for thread in self.threads:
             thread.join()
         return status
