@@ -182,7 +182,7 @@ class Bench:
                           f"cp {log} plain/$i/events_report; cp {log}.gz packed/$i/events_report.gz; done"))
         tasks = {"{}": "{} plain", "xargs {}": "find plain -type f | xargs -n 1 {}", "{}, gzip": "{} packed",
                  "zcat, {}": "find packed -type f | while read -r log; do zcat $log | {} -; done"}
-        return {name.format(query): {300: measure.cpu_seconds(shell(task.format(f"{self.build}/{query}")), 3)}
+        return {name.format(query): {300: measure.cpu_seconds(shell(task.format(f"{os.path.abspath(self.build)}/{query}")), 3)}
                 for query in ("events-query -o json", f"events-query -e {EVENT}") for name, task in tasks.items()}
 
     def cpu_series(self):
