@@ -69,8 +69,8 @@ void checkJson(const std::string& json, const reference::Event& event, const std
 void checkFormats(const EventView& event)
 {
     const std::string line = shown(Format::Lines, event);
-    check(std::count(line.begin(), line.end(), '\t') == 2 && line.find('\n') == line.size() - 1,
-          "an event is three columns of one line");
+    check(std::count(line.begin(), line.end(), '\t') == 3 && line.find('\n') == line.size() - 1,
+          "an event is four columns of one line");
     const std::string csv = shown(Format::Csv, event);
     check(std::count(csv.begin(), csv.end(), '"') % 2 == 0, "each quote in csv is closed");
     for (const std::string& text :
