@@ -81,6 +81,11 @@ LogFollower::File::File(int opened, std::string name) : path(std::move(name)), d
     fstat(descriptor, &status);
 }
 
+LogFollower::File LogFollower::File::again() const
+{
+    return {fcntl(descriptor, F_DUPFD_CLOEXEC, kFirstFree), path};
+}
+
 LogFollower::File::File(File&& other) noexcept
     : path(std::move(other.path)), descriptor(std::exchange(other.descriptor, -1)),
       status(other.status)
@@ -165,7 +170,7 @@ bool LogFollower::look()
     if (status.st_size < position_) {
         note_ = "was truncated; events may be missing";
         isOver_ = true;
-        next_.emplace_back(fcntl(current_.descriptor, F_DUPFD_CLOEXEC, kFirstFree), current_.path);
+        next_.push_back(current_.again());
         return true;
     }
     if (stat(path_.c_str(), &status) == 0 && current_.is(status)) {
@@ -202,7 +207,7 @@ bool LogFollower::openNext(File log)
     const bool isNext = isRotated && appeared_ <= 1;
     std::deque<File> files;
     if (before.isOpen() && !current_.is(before.status) && !before_.is(before.status)) {
-        files.emplace_back(before.path);
+        files.push_back(before.again()); // at its path there may be another by now
     }
     files.push_back(std::move(log));
     if (!isRotated && isCopy(files.front())) { // a copy
@@ -243,7 +248,7 @@ bool LogFollower::wait()
     if (!isWatched_) { // what was written until now is not reported: look again
         isWatched_ = true;
         if (!watch() && !std::exchange(hasSaidThatItPolls_, true)) {
-            note_ = "cannot be watched; looked at once a second";
+            note_ = "cannot be watched; looked at once a second, so events may be missing";
         }
         return true;
     }

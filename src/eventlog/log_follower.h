@@ -60,6 +60,7 @@ private:
 
         bool isOpen() const { return descriptor >= 0; }
         bool is(const struct stat& other) const;
+        File again() const; // by another descriptor
 
         std::string path;
         int descriptor = -1;

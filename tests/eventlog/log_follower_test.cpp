@@ -165,7 +165,8 @@ protected:
     int error_ = 0;
 };
 
-constexpr const char* kPolls = "cannot be watched; looked at once a second";
+constexpr const char* kPolls =
+    "cannot be watched; looked at once a second, so events may be missing";
 constexpr const char* kMayBeMissing = "other files have taken its place; events may be missing";
 
 TEST_F(LogFollowerTest, GivesTheOlderFileAndTheLogAndWhatIsWritten)
@@ -301,6 +302,16 @@ TEST_F(LogFollowerTest, LosesNothingIfItIsRotatedWhileItIsOpened)
 {
     append("log", "1\n");
     beforeOpen0 = [&] { rotate("2\n"); };
+    EXPECT_EQ((Lines{"1", "2"}), follow({}));
+    EXPECT_EQ("", notes_);
+}
+
+TEST_F(LogFollowerTest, GivesEachFileOnceIfTheLogIsRotatedWhenBothHaveBeenOpened)
+{
+    append("log.0", "1\n");
+    append("log", "2\n");
+    const Step rotateNow = [&] { rotate("3\n"); };
+    beforeOpen0 = [&] { beforeOpen0 = rotateNow; };
     EXPECT_EQ((Lines{"1", "2"}), follow({}));
     EXPECT_EQ("", notes_);
 }
