@@ -40,4 +40,7 @@ int yearOf(Moment moment);
 /// `moment` in the form "2026-11-20T08:15:02".
 std::string isoTime(Moment moment);
 
+/// `seconds` in its two largest units, such as "6 min 54 s".
+std::string lengthInWords(Moment seconds);
+
 } // namespace eventsviewer

@@ -3,6 +3,7 @@
 #include "query/event_view.h"
 #include "query/log.h"
 #include "query/options.h"
+#include "query/report.h"
 
 #include <cstdint>
 #include <memory>
@@ -43,6 +44,11 @@ public:
     /// Whether an event that matches was shown.
     bool anyFound() const { return anyFound_; }
 
+#ifdef EVENTS_QUERY_HTML
+    /// What all events are added to if a page is shown.
+    Report& report() { return report_; }
+#endif
+
 private:
     const Options& options_;
     Layout layout_;
@@ -51,6 +57,9 @@ private:
     bool anyShown_ = false;
     const Log* lastLog_ = nullptr; // null at the beginning of a log
     std::uint64_t lastEvent_ = 0;
+#ifdef EVENTS_QUERY_HTML
+    Report report_;
+#endif
 };
 
 } // namespace eventsviewer::query

@@ -11,6 +11,7 @@ void Merge::add(Found found)
 {
     constexpr std::size_t kSpare = 1000; // so that sorting is rare
     matches_ += found.matches ? 1 : 0;
+    added_ += found.matches ? 1 : 0;
     found_.push_back(std::move(found));
     if (matches_ / 2 > number_ && matches_ > kSpare) {
         sort(false);
@@ -35,7 +36,7 @@ void Merge::sort(bool isComplete)
     std::vector<std::size_t> order(found_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
-        const int difference = found_[one].at.compare(found_[other].at);
+        const int difference = isOneLog_ ? 0 : found_[one].at.compare(found_[other].at);
         return difference != 0 ? difference < 0 : one < other;
     });
     std::vector<Found> sorted;

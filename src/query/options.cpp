@@ -42,6 +42,7 @@ const option kLongOptions[] = {
 constexpr const char* kLetters = ":e:g:S:U:n:rmfC:o:h";
 
 constexpr std::int32_t kFollowedNumber = 10;
+constexpr std::int32_t kPageNumber = 10000;
 // Options that mean nothing together. The manual has the same table.
 constexpr char kConflicts[][2] = {
     {kCatalog, 'S'}, {kCatalog, 'U'}, {kCatalog, kYear}, {kCatalog, 'n'},       {kCatalog, 'r'},
@@ -55,9 +56,17 @@ constexpr std::pair<char, const char*> kHints[] = {
     {'a', "-a is an option of events-viewer; here all events are shown without it"},
 };
 
+#ifdef EVENTS_QUERY_HTML
+#define EVENTS_QUERY_FORMATS "table, lines, csv, json or html"
+#else
+#define EVENTS_QUERY_FORMATS "table, lines, csv or json"
+#endif
 constexpr std::pair<const char*, Format> kFormats[] = {{"table", Format::Table},
                                                        {"lines", Format::Lines},
                                                        {"csv", Format::Csv},
+#ifdef EVENTS_QUERY_HTML
+                                                       {"html", Format::Html},
+#endif
                                                        {"json", Format::Json}};
 
 std::string_view environment(const char* variable)
@@ -150,7 +159,7 @@ void take(Options& options, char letter, const char* value)
                 return;
             }
         }
-        return require(false, "not a format; give table, lines, csv or json");
+        return require(false, "not a format; give " EVENTS_QUERY_FORMATS);
     case kColour:
         options.colour = value != nullptr ? value : "always";
         if (options.colour != "auto" && options.colour != "always" && options.colour != "never") {
@@ -194,14 +203,37 @@ void checkTogether(const Options& options, const std::string& given)
     if (options.colour == "always" && (!isTable || isCatalog)) {
         throw UsageError{"--color=always means nothing without a table of events"};
     }
+    if (options.format == Format::Html && options.follow) {
+        throw UsageError{"-o html shows a log that ends, so it means nothing with -f"};
+    }
     if (isCatalog && !isTable && options.format != Format::Json) {
         throw UsageError{"--catalog is shown with -o table or -o json"};
     }
 }
 
+// The command line as a shell takes it.
+std::string commandOf(int argc, char** argv)
+{
+    constexpr const char* kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                                   "0123456789-_=+,./:@%";
+    std::string command = "events-query";
+    for (int i = 1; i < argc; ++i) {
+        std::string word = argv[i];
+        if (word.empty() || word.find_first_not_of(kPlain) != std::string::npos) {
+            for (std::size_t at = 0; (at = word.find('\'', at)) != std::string::npos; at += 4) {
+                word.replace(at, 1, "'\\''");
+            }
+            word = '\'' + word + '\'';
+        }
+        command += ' ' + word;
+    }
+    return command;
+}
+
 Options parsed(int argc, char** argv)
 {
     Options options;
+    const std::string command = commandOf(argc, argv);
     std::string given;
     opterr = 0;
     int found = 0;
@@ -232,6 +264,10 @@ Options parsed(int argc, char** argv)
         throw UsageError{"-f follows one log, which is a file"};
     }
     options.layout = layoutOfTerminal(isColourful(options.colour));
+    if (options.format == Format::Html) {
+        options.number = options.number.value_or(kPageNumber);
+        options.command = command;
+    }
     return options;
 }
 

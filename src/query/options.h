@@ -33,13 +33,15 @@ struct Options {
     Format format = Format::Table;
     std::string colour = "auto";
     Layout layout;
+    std::string command; ///< the command line, for a shell
 
     bool hasRange() const { return since || until; }
 
     /// Whether the years of each log are needed.
     bool hasTimes() const
     {
-        return hasRange() || merge || format == Format::Csv || format == Format::Json;
+        return hasRange() || merge || format == Format::Csv || format == Format::Json ||
+               format == Format::Html;
     }
 };
 

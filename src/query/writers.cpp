@@ -148,6 +148,8 @@ void appendEvent(std::string& out, Format format, const Layout& layout, const Ev
         return appendCsv(out, event);
     case Format::Json:
         return appendObject(out, event);
+    case Format::Html:
+        return; // Report shows them all together
     }
 }
 

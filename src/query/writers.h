@@ -8,7 +8,7 @@
 
 namespace eventsviewer::query {
 
-enum class Format { Table, Lines, Csv, Json };
+enum class Format { Table, Lines, Csv, Json, Html };
 
 /// How a table is laid out.
 struct Layout {
