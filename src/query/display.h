@@ -44,12 +44,23 @@ public:
     /// Whether an event that matches was shown.
     bool anyFound() const { return anyFound_; }
 
+    /// The page that is shown; null in other formats.
 #ifdef EVENTS_QUERY_HTML
-    /// What all events are added to if a page is shown.
-    Report& report() { return report_; }
-#endif
+    Report* report()
+    {
+        return options_.format == Format::Html ? &report_ : nullptr;
+    }
 
 private:
+    Report report_;
+#else
+    static Report* report()
+    {
+        return nullptr;
+    }
+
+private:
+#endif
     const Options& options_;
     Layout layout_;
     bool hasBegun_ = false;
@@ -57,9 +68,6 @@ private:
     bool anyShown_ = false;
     const Log* lastLog_ = nullptr; // null at the beginning of a log
     std::uint64_t lastEvent_ = 0;
-#ifdef EVENTS_QUERY_HTML
-    Report report_;
-#endif
 };
 
 } // namespace eventsviewer::query

@@ -36,7 +36,7 @@ void Merge::sort(bool isComplete)
     std::vector<std::size_t> order(found_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
-        const int difference = isOneLog_ ? 0 : found_[one].at.compare(found_[other].at);
+        const int difference = oneLog_ ? 0 : found_[one].at.compare(found_[other].at);
         return difference != 0 ? difference < 0 : one < other;
     });
     std::vector<Found> sorted;

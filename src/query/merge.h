@@ -13,9 +13,9 @@ namespace eventsviewer::query {
 class Merge {
 public:
     /// Only the newest `number` events that match are shown, each with `context` events before and
-    /// after it in its log. If there `isOneLog`, the events stay in its order.
-    Merge(std::size_t number, std::size_t context, bool isOneLog)
-        : number_(number), context_(context), isOneLog_(isOneLog)
+    /// after it in its log. The events of only `oneLog` stay in its order.
+    Merge(std::size_t number, std::size_t context, bool oneLog)
+        : number_(number), context_(context), oneLog_(oneLog)
     {
     }
 
@@ -33,7 +33,7 @@ private:
 
     std::size_t number_;
     std::size_t context_;
-    bool isOneLog_;
+    bool oneLog_;
     std::vector<Found> found_;
     std::size_t matches_ = 0;
     std::size_t added_ = 0;

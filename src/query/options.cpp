@@ -2,6 +2,7 @@
 
 #include "eventlog/escapes.h"
 #include "query/messages.h"
+#include "text/shell_words.h"
 
 #include <getopt.h>
 #include <unistd.h>
@@ -56,11 +57,6 @@ constexpr std::pair<char, const char*> kHints[] = {
     {'a', "-a is an option of events-viewer; here all events are shown without it"},
 };
 
-#ifdef EVENTS_QUERY_HTML
-#define EVENTS_QUERY_FORMATS "table, lines, csv, json or html"
-#else
-#define EVENTS_QUERY_FORMATS "table, lines, csv or json"
-#endif
 constexpr std::pair<const char*, Format> kFormats[] = {{"table", Format::Table},
                                                        {"lines", Format::Lines},
                                                        {"csv", Format::Csv},
@@ -68,6 +64,11 @@ constexpr std::pair<const char*, Format> kFormats[] = {{"table", Format::Table},
                                                        {"html", Format::Html},
 #endif
                                                        {"json", Format::Json}};
+#ifdef EVENTS_QUERY_HTML
+constexpr const char* kNoFormat = "not a format; give table, lines, csv, json or html";
+#else
+constexpr const char* kNoFormat = "not a format; give table, lines, csv or json";
+#endif
 
 std::string_view environment(const char* variable)
 {
@@ -159,7 +160,7 @@ void take(Options& options, char letter, const char* value)
                 return;
             }
         }
-        return require(false, "not a format; give " EVENTS_QUERY_FORMATS);
+        return require(false, kNoFormat);
     case kColour:
         options.colour = value != nullptr ? value : "always";
         if (options.colour != "auto" && options.colour != "always" && options.colour != "never") {
@@ -203,37 +204,19 @@ void checkTogether(const Options& options, const std::string& given)
     if (options.colour == "always" && (!isTable || isCatalog)) {
         throw UsageError{"--color=always means nothing without a table of events"};
     }
-    if (options.format == Format::Html && options.follow) {
-        throw UsageError{"-o html shows a log that ends, so it means nothing with -f"};
-    }
     if (isCatalog && !isTable && options.format != Format::Json) {
         throw UsageError{"--catalog is shown with -o table or -o json"};
     }
 }
 
-// The command line as a shell takes it.
-std::string commandOf(int argc, char** argv)
-{
-    constexpr const char* kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
-                                   "0123456789-_=+,./:@%";
-    std::string command = "events-query";
-    for (int i = 1; i < argc; ++i) {
-        std::string word = argv[i];
-        if (word.empty() || word.find_first_not_of(kPlain) != std::string::npos) {
-            for (std::size_t at = 0; (at = word.find('\'', at)) != std::string::npos; at += 4) {
-                word.replace(at, 1, "'\\''");
-            }
-            word = '\'' + word + '\'';
-        }
-        command += ' ' + word;
-    }
-    return command;
-}
-
 Options parsed(int argc, char** argv)
 {
     Options options;
-    const std::string command = commandOf(argc, argv);
+#ifdef EVENTS_QUERY_HTML
+    for (int i = 1; i < argc; ++i) {
+        options.command += ' ' + shellWord(argv[i]);
+    }
+#endif
     std::string given;
     opterr = 0;
     int found = 0;
@@ -254,6 +237,15 @@ Options parsed(int argc, char** argv)
             return options;
         }
     }
+#ifdef EVENTS_QUERY_HTML
+    if (options.format == Format::Html && options.follow) {
+        throw UsageError{"-o html shows a log that ends, so -f means nothing with it"};
+    }
+    if (options.format == Format::Html) { // shown in one order, at the end
+        options.merge = true;
+        options.number = options.number.value_or(kPageNumber);
+    }
+#endif
     const std::vector<std::string> logs(argv + optind, argv + argc);
     if (!logs.empty() && options.action == Action::ListCatalog) {
         throw UsageError{"--catalog reads no log"};
@@ -264,10 +256,6 @@ Options parsed(int argc, char** argv)
         throw UsageError{"-f follows one log, which is a file"};
     }
     options.layout = layoutOfTerminal(isColourful(options.colour));
-    if (options.format == Format::Html) {
-        options.number = options.number.value_or(kPageNumber);
-        options.command = command;
-    }
     return options;
 }
 

@@ -33,15 +33,19 @@ struct Options {
     Format format = Format::Table;
     std::string colour = "auto";
     Layout layout;
-    std::string command; ///< the command line, for a shell
+#ifdef EVENTS_QUERY_HTML
+    std::string command = "events-query"; ///< the command line, for a shell
+#endif
 
-    bool hasRange() const { return since || until; }
+    bool hasRange() const
+    {
+        return since || until;
+    }
 
     /// Whether the years of each log are needed.
     bool hasTimes() const
     {
-        return hasRange() || merge || format == Format::Csv || format == Format::Json ||
-               format == Format::Html;
+        return hasRange() || merge || format == Format::Csv || format == Format::Json;
     }
 };
 

@@ -22,15 +22,20 @@ void showMerged(Display& display, Merge& merge, const Options& options)
     if (options.reverse) {
         std::reverse(found.begin(), found.end());
     }
-#ifdef EVENTS_QUERY_HTML
-    if (options.format == Format::Html) {
-        display.report().write(options, found, merge.added());
+    Report* const report = display.report();
+    if (report != nullptr) {
+        report->begin(options, found, merge.added());
     }
-#endif
     for (const Found& one : found) {
         EventView view(readEvent(*one.log, one.text, one.line)); // not for the first time
         view.at = one.hasTime ? std::string_view(one.at) : "";
+        if (report != nullptr) {
+            report->addRow(one, view);
+        }
         display.show(*one.log, one, view);
+    }
+    if (report != nullptr) {
+        Report::end();
     }
 }
 
@@ -71,13 +76,12 @@ int showEvents(const Options& options)
         report(safe(error.path) + ": " + error.text);
     }
     const std::size_t count = found.paths.size();
-    const bool isMerge = options.merge || options.format == Format::Html;
-    const bool isMergeOfRange = isMerge && options.hasRange();
+    const bool isMergeOfRange = options.merge && options.hasRange();
     startProgress(options.progress, count, found.bytes,
                   1U + (options.hasTimes() ? 1U : 0U) + (isMergeOfRange ? 1U : 0U));
     std::vector<std::shared_ptr<Log>> logs(count);
     std::optional<TimeRange> range;
-    if (isMerge) {
+    if (options.merge) {
         range = isMergeOfRange ? commonRange(options, found.paths, logs) : TimeRange();
         if (!isPossible(*range, "")) {
             return kError;
@@ -91,18 +95,16 @@ int showEvents(const Options& options)
     Display display(options, layout);
     Merge merge(options.number ? static_cast<std::size_t>(*options.number) : SIZE_MAX,
                 static_cast<std::size_t>(options.context.value_or(0)),
-                options.format == Format::Html && count == 1);
+                display.report() != nullptr && count == 1);
     bool failed = !found.errors.empty();
     for (std::size_t i = 0; i < count; ++i) {
         const std::string& path = found.paths[i];
         const auto log =
             logs[i] != nullptr ? std::move(logs[i]) : std::make_shared<Log>(path, labels[i]);
-        Merge* const target = isMerge ? &merge : nullptr;
-#ifdef EVENTS_QUERY_HTML
-        if (options.format == Format::Html) {
-            display.report().begin(log);
+        Merge* const target = options.merge ? &merge : nullptr;
+        if (Report* const report = display.report()) {
+            report->addLog(*log);
         }
-#endif
         failed = !searchLog(options, log, display, target, range, count > 1 ? path : "") || failed;
         countLog();
     }

@@ -2,18 +2,18 @@
 
 #include "eventlog/event_record.h"
 #include "query/options.h"
-#include "timeline/timeline.h"
+#include "timeline/charts.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <memory>
+#include <map>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace eventsviewer::query {
 
+class EventView;
 class Log;
 struct Found;
 
@@ -21,20 +21,27 @@ struct Found;
 class Report {
 public:
     /// Has to be called before the events of a log.
-    void begin(std::shared_ptr<Log> log) { logs_.push_back({std::move(log), {}}); }
+    void addLog(const Log& log);
 
     /// Adds an event, whether it matches or not. `at` is its time with the year, empty if that is
     /// not known.
-    void add(const EventRecord& event, std::uint64_t line, std::string_view at)
+    void addEvent(const EventRecord& event, std::uint64_t line, std::string_view at)
     {
-        logs_.back().second.add(event, line, at, hours_);
+        logs_.back().timeline.add(event, line, at, hours_);
     }
 
-    /// Adds the page to the output. `found` are the newest of `matches` events, in any order.
-    void write(const Options& options, const std::vector<Found>& found, std::size_t matches);
+    /// Adds the page up to its rows to the output. `found` are the newest of `matches` events.
+    void begin(const Options& options, const std::vector<Found>& found, std::size_t matches);
+
+    /// Adds the row of an event that was found.
+    void addRow(const Found& found, const EventView& view) const;
+
+    /// Adds what comes after the rows.
+    static void end();
 
 private:
-    std::deque<std::pair<std::shared_ptr<Log>, Timeline>> logs_;
+    std::deque<LogOnPage> logs_;
+    std::map<const Log*, std::size_t> numbers_; // in logs_
     EventsAnHour hours_;
 };
 

@@ -148,11 +148,9 @@ void Query::look(std::string_view text, std::uint64_t line, const Glance& glance
             calendar_ = continued(calendar_, times_, *log_, options_.year);
         }
         const bool isInTime = !needsTimes_ || isInRange(line, event->time);
-#ifdef EVENTS_QUERY_HTML
-        if (options_.format == Format::Html) {
-            display_.report().add(*event, line, lastHasTime_ ? lastAt_ : "");
+        if (Report* const report = display_.report()) {
+            report->addEvent(*event, line, lastHasTime_ ? lastAt_ : "");
         }
-#endif
         if (isInTime && options_.events.selects(event->code)) {
             view.emplace(std::move(event));
             matches = !options_.text.isGiven() || options_.text.matches(view->words());

@@ -149,7 +149,7 @@ void appendEvent(std::string& out, Format format, const Layout& layout, const Ev
     case Format::Json:
         return appendObject(out, event);
     case Format::Html:
-        return; // Report shows them all together
+        return; // Report has its rows
     }
 }
 

@@ -47,7 +47,7 @@ void NetworkBands::beginBand(const NetworkChange& change, std::uint64_t line,
     begun.firstLine = line;
     begun.since = isCertain || change.state == NetworkState::NotKnown ? ended.until : std::nullopt;
     bands_.push_back(begun);
-    if (bands_.size() > kMostBands) {
+    while (bands_.size() > kMostBands) {
         bands_.pop_front();
         ++leftOut_;
     }
@@ -72,6 +72,7 @@ void NetworkBands::beginLate(std::int64_t moment)
             bands_.push_back(gap);
         }
         bands_.back().until = moment;
+        bands_.back().isAtLeast = false;
     }
     bands_.push_back(band);
 }
