@@ -89,6 +89,7 @@
     fillOptions();
     form.hidden = false;
     form.addEventListener("input", change);
+    form.addEventListener("change", change);
     form.addEventListener("submit", (event) => event.preventDefault());
     form.addEventListener("reset", () => setTimeout(change));
     addEventListener("hashchange", readAddress);
