@@ -24,7 +24,7 @@ LOG is a file L, read after L.0, a folder of logs, or - (/common/events_report).
   -f, --follow             also what comes from now on; begins with the last 10
   -m, --merge              all logs in one order of time; -n counts for all
       --name GLOB          the logs in a folder (default events_report)
-  -o, --output FORMAT      table, lines, csv or json
+  -o, --output FORMAT      )" EVENTS_QUERY_FORMATS R"(
       --color[=WHEN]       auto, always or never
       --progress           show how far the reading has come
       --catalog            list the known events; with -e, -g and -o json

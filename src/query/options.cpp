@@ -57,18 +57,13 @@ constexpr std::pair<char, const char*> kHints[] = {
     {'a', "-a is an option of events-viewer; here all events are shown without it"},
 };
 
-constexpr std::pair<const char*, Format> kFormats[] = {{"table", Format::Table},
-                                                       {"lines", Format::Lines},
-                                                       {"csv", Format::Csv},
+constexpr std::pair<const char*, Format> kFormats[] = {
+    {"table", Format::Table}, {"lines", Format::Lines},
+    {"csv", Format::Csv},     {"json", Format::Json},
 #ifdef EVENTS_QUERY_HTML
-                                                       {"html", Format::Html},
+    {"html", Format::Html},
 #endif
-                                                       {"json", Format::Json}};
-#ifdef EVENTS_QUERY_HTML
-constexpr const char* kNoFormat = "not a format; give table, lines, csv, json or html";
-#else
-constexpr const char* kNoFormat = "not a format; give table, lines, csv or json";
-#endif
+};
 
 std::string_view environment(const char* variable)
 {
@@ -160,7 +155,7 @@ void take(Options& options, char letter, const char* value)
                 return;
             }
         }
-        return require(false, kNoFormat);
+        return require(false, "not a format; give " EVENTS_QUERY_FORMATS);
     case kColour:
         options.colour = value != nullptr ? value : "always";
         if (options.colour != "auto" && options.colour != "always" && options.colour != "never") {

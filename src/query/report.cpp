@@ -27,7 +27,8 @@ void Report::addLog(const Log& log)
                      log.label().empty() ? path : log.label(), path, Timeline()});
 }
 
-void Report::begin(const Options& options, const std::vector<Found>& found, std::size_t matches)
+void Report::begin([[maybe_unused]] const Options& options, const std::vector<Found>& found,
+                   std::size_t matches)
 {
     std::set<std::string> rows;
     std::size_t shown = 0;
@@ -42,7 +43,9 @@ void Report::begin(const Options& options, const std::vector<Found>& found, std:
     const std::string newest = "The newest " + std::to_string(shown) + " of ";
     FormValues page = {{"title", isOne ? logs_[0].path : countInWords(logs_.size(), "log")},
                        {"logs", isOne ? "one" : "several"},
+#ifdef EVENTS_QUERY_HTML // otherwise no page is written
                        {"command", options.command},
+#endif
                        {"shown", (shown < matches ? newest : "All ") +
                                      countInWords(matches, "event") + " that the command finds."}};
     addCharts(page, kPage, logs_, hours_, rows);
