@@ -32,7 +32,7 @@ _events_query() {
     if [[ $before =~ ^(--e[a-z]*=?|-[fmrh]*e)$ ]]; then
         _events_query_names "$word"
     elif [[ $before =~ ^(--o[a-z]*=?|-[fmrh]*o)$ ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'table lines csv json' -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W 'table lines csv json html' -- "$word")
     elif [[ $before =~ ^--col[a-z]*=$ ]]; then
         mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$word")
     elif [[ $before =~ ^(--([gsuyn]|con)[a-z]*=?|-[fmrh]*[gSUnC])$ ]]; then
