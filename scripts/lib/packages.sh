@@ -38,7 +38,8 @@ require_tools() {
 # tools in the pages' examples.
 require_for_tests() {
     require_packages cmake ninja-build libgtest-dev python3 \
-        bash zsh fish busybox jq less man-db mandoc mount sqlite3 util-linux "$@"
+        bash zsh fish busybox jq less man-db mandoc mount sqlite3 util-linux \
+        chromium chromium-driver nodejs python3-selenium tidy "$@"
     require_tools cmake ctest ninja python3 bash zsh fish busybox jq less man mandoc mount sqlite3 unshare
 }
 

@@ -8,6 +8,7 @@ import argparse
 import base64
 import json
 import os
+import re
 import shutil
 import sys
 import tempfile
@@ -319,6 +320,14 @@ class BrowserTest(unittest.TestCase):
         self.choose("log", "<img src=x onerror=hostile()>")
         self.assertEqual(1, len(self.shown()))
         self.check_nothing_ran()
+
+    def test_has_a_style_that_is_understood(self):
+        self.open_events(THREE_OUTAGES)
+        style = self.one("style").get_attribute("textContent")
+        declarations = re.findall(r"^ +([a-z-]+): ([^;{]+?)(?: !important)?;$", style, re.MULTILINE)
+        self.assertGreater(len(declarations), 100)
+        self.assertEqual([], self.browser.execute_script(
+            "return arguments[0].filter(([name, value]) => !CSS.supports(name, value))", declarations))
 
     def test_allows_no_other_script(self):
         self.open_events(THREE_OUTAGES)
