@@ -12,6 +12,7 @@ import re
 import shutil
 import sys
 import tempfile
+import time
 import unittest
 
 from report_page import HOSTILE, IN, OTHER, OUT, THREE_OUTAGES, Program, hostile_log, log_of
@@ -324,7 +325,7 @@ class BrowserTest(unittest.TestCase):
     def test_has_a_style_that_is_understood(self):
         self.open_events(THREE_OUTAGES)
         style = self.one("style").get_attribute("textContent")
-        declarations = re.findall(r"^ +([a-z-]+): ([^;{]+?)(?: !important)?;$", style, re.MULTILINE)
+        declarations = re.findall(r"[{; ]([a-z-]+): ([^;{]+?)(?: !important)?;", style)
         self.assertGreater(len(declarations), 100)
         self.assertEqual([], self.browser.execute_script(
             "return arguments[0].filter(([name, value]) => !CSS.supports(name, value))", declarations))
@@ -351,6 +352,10 @@ class BrowserTest(unittest.TestCase):
             shown = [event for event in self.program.events("log") if text in
                      f"{event['time']} {event['event']} {event['detail']} {event['meaning']}".lower()] if text else range(len(events))
             self.assertEqual(f"{len(shown)} of {len(events)} shown", self.one("#count").text)
+            deadline = time.monotonic() + 60
+            while len(self.shown()) != len(shown) and time.monotonic() < deadline:
+                time.sleep(0.1)
+            self.assertEqual(len(shown), len(self.shown()))
         print(f"a search among {len(events)} rows took {', '.join(f'{time:.0f}' for time in figures)} ms")
 
     def test_leaves_pictures(self):

@@ -10,7 +10,7 @@
         const [log, line] = row.id.slice(1).split("-").map(Number);
         const detail = row.querySelector("summary").textContent;
         const text = [cells[0], cells[1], cells[2], detail].join("\n").toLowerCase();
-        return { row, log, line, label: cells[1], name: cells[2], text, hidden: false };
+        return { row, log, line, label: cells[1], name: cells[2], text };
     });
 
     const addOption = (field, value, text) => field.add(new Option(text, value));
@@ -35,7 +35,16 @@
         });
     };
 
+    // Rows beyond a few screens follow a little later, so that typing is not held up.
+    let runs = 0;
+    const showLater = (later, run) => {
+        if (run === runs && later.length > 0) {
+            later.splice(0, 2000).forEach((row) => (row.hidden = false));
+            setTimeout(showLater, 0, later, run);
+        }
+    };
     const apply = () => {
+        const later = [];
         const words = search.value.toLowerCase().split(/\s+/).filter(Boolean);
         const band = bandField.value ? bands[bandField.value - 1].dataset : null;
         let shown = 0;
@@ -48,12 +57,14 @@
                         one.line >= Number(band.from) &&
                         one.line <= Number(band.to))) &&
                 words.every((word) => one.text.includes(word));
-            if (one.hidden === isShown) {
-                one.hidden = !isShown;
+            if (isShown && shown > 200 && one.row.hidden) {
+                later.push(one.row);
+            } else if (one.row.hidden === isShown) {
                 one.row.hidden = !isShown;
             }
             shown += isShown ? 1 : 0;
         }
+        setTimeout(showLater, 0, later, ++runs);
         count.textContent = `${shown} of ${rows.length} shown`;
     };
 
@@ -77,6 +88,7 @@
         }
         apply();
         if (row) {
+            row.hidden = false;
             row.scrollIntoView();
         }
     };
