@@ -124,6 +124,13 @@ class BrowserTest(unittest.TestCase):
             "return [...document.querySelectorAll('#rows tbody tr')].filter((row) => row.checkVisibility())"
             ".map((row) => row.id)")
 
+    def check_shown(self, ids):
+        """Waits for these rows: an event of the page may come a little later."""
+        deadline = time.monotonic() + 20
+        while self.shown() != ids and time.monotonic() < deadline:
+            time.sleep(0.05)
+        self.assertEqual(ids, self.shown())
+
     def address(self):
         return self.browser.current_url.partition("#")[2]
 
@@ -147,36 +154,36 @@ class BrowserTest(unittest.TestCase):
 
     def test_leads_from_a_band_to_its_row(self):
         self.open_events(THREE_OUTAGES, address="#q=nothing")
-        self.assertEqual([], self.shown())
+        self.check_shown([])
         self.one(".bands a[href='#e1-10']").click()
         self.assertEqual("e1-10", self.address())
-        self.assertEqual(14, len(self.shown()))
+        self.check_shown([f"e1-{i}" for i in range(14)])
         self.assertEqual("e1-10", self.one("tr:target").get_attribute("id"))
 
     def test_searches_as_one_types(self):
         self.open_events(THREE_OUTAGES)
         self.one("#q").send_keys("fell OUT")
-        self.assertEqual(["e1-2", "e1-10"], self.shown())
+        self.check_shown(["e1-2", "e1-10"])
         self.assertEqual("2 of 14 shown", self.one("#count").text)
         self.one("#q").send_keys(" acq_dis")
-        self.assertEqual(["e1-10"], self.shown())
+        self.check_shown(["e1-10"])
         self.assertEqual("q=fell+OUT+acq_dis", self.address())
-        self.one("button[type=reset]").click()
-        self.assertEqual(14, len(self.shown()))
+        self.one("button").click()
+        self.check_shown([f"e1-{i}" for i in range(14)])
         self.assertEqual("", self.address())
 
     def test_searches_only_what_is_seen(self):
         self.open_events(THREE_OUTAGES, address="#q=out_of_network_reason")
-        self.assertEqual([], self.shown())
+        self.check_shown([])
 
     def test_hides_by_event_and_band(self):
         self.open_events(THREE_OUTAGES)
         self.choose("event", "MODEM_IN_NETWORK (5)")
-        self.assertEqual(["e1-1", "e1-3", "e1-6", "e1-9", "e1-12"], self.shown())
+        self.check_shown(["e1-1", "e1-3", "e1-6", "e1-9", "e1-12"])
         self.choose("band", "2026-11-20 07:56:21")
-        self.assertEqual(["e1-12"], self.shown())
+        self.check_shown(["e1-12"])
         self.choose("event", "all")
-        self.assertEqual(["e1-10", "e1-11", "e1-12"], self.shown())
+        self.check_shown(["e1-10", "e1-11", "e1-12"])
         self.assertFalse(self.one("#log").is_displayed())
 
     def test_hides_by_log(self):
@@ -184,18 +191,18 @@ class BrowserTest(unittest.TestCase):
             self.program.write(f"two/{name}/events_report", log_of(THREE_OUTAGES[:3]))
         self.open("two")
         self.choose("log", "4418")
-        self.assertEqual(["e2-0", "e2-1", "e2-2"], self.shown())
+        self.check_shown(["e2-0", "e2-1", "e2-2"])
         self.assertEqual("log=2", self.address())
 
     def test_keeps_all_in_the_address(self):
         self.open_events(THREE_OUTAGES, address="#q=network&event=MODEM_OUT_OF_NETWORK&band=5")
-        self.assertEqual(["e1-10"], self.shown())
+        self.check_shown(["e1-10"])
         self.assertEqual(["network", "MODEM_OUT_OF_NETWORK", "", "5"],
                          [self.one(f"#{field}").get_attribute("value") for field in FIELDS])
         self.browser.execute_script("location.hash = 'q=reset'")
-        self.assertEqual(["e1-4"], self.shown())
+        self.check_shown(["e1-4"])
         self.go("#q=%3Cscript%3E&event=none&band=99&log=x&other=y")
-        self.assertEqual([], self.shown())
+        self.check_shown([])
         self.assertEqual(["<script>", "", "", ""], [self.one(f"#{field}").get_attribute("value") for field in FIELDS])
 
     def test_is_used_by_keyboard(self):
@@ -235,7 +242,7 @@ class BrowserTest(unittest.TestCase):
     def test_fits_narrow_and_wide_screens(self):
         long = [(OUT, "Nov 20 08:00:00", {"out_of_network_reason": "X" * 300}), *THREE_OUTAGES]
         self.open_events(long)
-        for width in (360, 800, 1600):
+        for width in (360, 800, 1000, 1100, 1600):
             self.resize(width)
             self.assertEqual(width, self.browser.execute_script("return innerWidth"))
             self.assertLessEqual(self.browser.execute_script("return document.documentElement.scrollWidth"), width)
@@ -350,13 +357,10 @@ class BrowserTest(unittest.TestCase):
         for text in ("u", "unm", "no_ucp", "no", ""):
             figures.append(self.browser.execute_async_script(SEARCH, text))
             shown = [event for event in self.program.events("log") if text in
-                     f"{event['time']} {event['event']} {event['detail']} {event['meaning']}".lower()] if text else range(len(events))
+                     f"{event['time']} {event['event']} {event['detail']} {event['meaning']}".lower()]
             self.assertEqual(f"{len(shown)} of {len(events)} shown", self.one("#count").text)
-            deadline = time.monotonic() + 60
-            while len(self.shown()) != len(shown) and time.monotonic() < deadline:
-                time.sleep(0.1)
-            self.assertEqual(len(shown), len(self.shown()))
-        print(f"a search among {len(events)} rows took {', '.join(f'{time:.0f}' for time in figures)} ms")
+            self.check_shown([f"e1-{event['line'] - 1}" for event in shown])
+        print(f"a search among {len(events)} rows took {', '.join(f'{figure:.0f}' for figure in figures)} ms")
 
     def test_leaves_pictures(self):
         if not ARGS.screenshots:

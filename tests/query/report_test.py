@@ -174,6 +174,33 @@ class PageTest(unittest.TestCase):
         self.assertEqual([(event["time"], event["log"].split("/")[1]) for event in self.program.events("-m", "logs")],
                          [(row[1], row[2]) for row in page.rows()])
 
+    def test_draws_hours_and_years(self):
+        hour = self.page_of((OTHER, "Nov 20 08:10:00", {}), (OTHER, "Nov 20 08:50:00", {}))
+        bar, = hour.named("svg", class_="hours")
+        self.assertEqual([{"x": "0.000%", "y": "0.000%", "width": "100.000%", "height": "100.000%"}],
+                         [rect.attributes for rect in bar.all("rect")])
+        self.assertEqual(["11-20 08:00"], [text.text() for text in hour.named("text")])
+        years = self.page_of(*[(OTHER, f"{month} 20 08:00:00", {}) for _ in range(20)
+                               for month in ("Feb", "Jul", "Oct")], (OTHER, "Oct 20 08:01:00", {}))
+        bar, = years.named("svg", class_="hours")
+        self.assertLessEqual(len(list(bar.all("rect"))), 60)
+        self.assertIn("At most 2 events in one hour. Each bar is the hour with the most events of 431.",
+                      [p.text() for p in years.named("p")])
+        ticks = [text.text() for text in years.named("text")]
+        self.assertTrue(3 <= len(ticks) <= 7, ticks)
+        self.assertTrue(all(re.fullmatch(r"20[0-2]\d-\d\d-\d\d", tick) for tick in ticks), ticks)
+
+    def test_says_how_many_bands_are_left_out(self):
+        page = self.page_of(*[(code, f"Nov 20 {i // 60:02}:{i % 60:02}:00", {}) for i in range(1100) for code in (IN, OUT)])
+        self.assertEqual(2000, len(page.bands()))
+        self.assertIn("Older ones are left out: 201.", [p.text() for p in page.named("p")])
+
+    def test_without_known_times_draws_nothing(self):
+        page = self.page_of((IN, "soon", {}), (OUT, "later", {}), (OTHER, "", {}))
+        self.assertEqual([], page.bands())
+        self.assertEqual([], page.named("text"))
+        self.assertEqual(["not known", "not known", "not known"], page.outages()[-1][1:4])
+
     def test_keeps_the_order_of_one_log(self):
         rows = self.page_of((OTHER, "Nov 20 09:00:00", {}), (OTHER, "Nov 20 08:00:00", {})).rows()
         self.assertEqual(["Nov 20 09:00:00", "Nov 20 08:00:00"], [row[1] for row in rows])

@@ -103,7 +103,10 @@
     form.addEventListener("input", change);
     form.addEventListener("change", change);
     form.addEventListener("submit", (event) => event.preventDefault());
-    form.addEventListener("reset", () => setTimeout(change));
+    form.querySelector("button").addEventListener("click", () => {
+        form.reset();
+        change();
+    });
     addEventListener("hashchange", readAddress);
     readAddress();
     apply();
