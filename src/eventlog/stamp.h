@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace eventsviewer {
 
@@ -39,5 +40,12 @@ int yearOf(Moment moment);
 
 /// `moment` in the form "2026-11-20T08:15:02".
 std::string isoTime(Moment moment);
+
+constexpr std::size_t kIsoDayLength = 10;  ///< of "2026-11-20"
+constexpr std::size_t kIsoHourLength = 13; ///< of "2026-11-20T08"
+
+/// The days or hours between the days or hours `before` and `after`, in the same form; "..." if
+/// they are more than 31 days. None if one of the two has another form.
+std::vector<std::string> periodsBetween(std::string_view before, std::string_view after);
 
 } // namespace eventsviewer

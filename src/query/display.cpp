@@ -4,9 +4,19 @@
 
 namespace eventsviewer::query {
 
+Display::Display(const Options& options, const Layout& layout)
+    : options_(options), layout_(layout), counts_(options.count), check_(output(), options.format)
+{
+}
+
 void Display::begin()
 {
-    output() += std::exchange(hasBegun_, true) ? "" : headerOf(options_.format);
+    const bool isFirst = !std::exchange(hasBegun_, true);
+    if (isFirst && options_.action == Action::CheckLogs) {
+        check_.begin();
+    } else if (isFirst && counts_.isEmpty()) {
+        output() += headerOf(options_.format);
+    }
     lastLog_ = nullptr;
 }
 
@@ -17,6 +27,11 @@ void Display::show(const Log& log, const Place& place, EventView& view)
     view.label = &log.label();
     view.file = &log.fileOf(place.line);
     view.line = log.lineInFile(place.line);
+    if (!counts_.isEmpty()) {
+        takeDiagnostics(); // they are about values that are not shown
+        counts_.add(view);
+        return;
+    }
     const bool touches =
         lastLog_ == &log && place.event <= lastEvent_ + 1 && lastEvent_ <= place.event + 1;
     const bool isForPeople = options_.format == Format::Table || options_.format == Format::Lines;
@@ -32,6 +47,18 @@ void Display::show(const Log& log, const Place& place, EventView& view)
     if (output().size() > kMuchOutput) {
         flushOutput();
     }
+}
+
+int Display::end()
+{
+    if (options_.action == Action::CheckLogs) {
+        begin();
+        anyFound_ = !check_.finish();
+    } else if (!counts_.isEmpty()) {
+        anyFound_ = counts_.write(output(), options_.format, layout_);
+    }
+    flushOutput();
+    return anyFound_ ? kFound : kNothingFound;
 }
 
 } // namespace eventsviewer::query

@@ -2,43 +2,10 @@
 
 #include <regex.h>
 
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace eventsviewer::query {
-
-/// Chooses events by their codes and names. Without patterns it chooses all.
-class EventFilter {
-public:
-    /// Adds patterns separated by commas: names by shell pattern in any case, or codes; a "!"
-    /// before one leaves its events out. Returns what is wrong, or nothing.
-    std::string add(std::string_view patterns);
-
-    bool isGiven() const { return !patterns_.empty(); }
-
-    bool selects(std::int32_t code) const
-    {
-        const auto index = static_cast<std::uint32_t>(code);
-        const bool isKept = index < selected_.size() && selected_[index] != Selected::Unclear;
-        return isKept ? selected_[index] == Selected::Yes : selectsByPatterns(code);
-    }
-
-private:
-    enum class Selected : char { Unclear, No, Yes };
-    struct Pattern {
-        std::string name; // empty for a code
-        std::int64_t code;
-        bool leavesOut;
-    };
-
-    bool selectsByPatterns(std::int32_t code) const;
-
-    std::vector<Pattern> patterns_;
-    mutable std::vector<Selected> selected_; // by code; patterns are slow to compare
-};
 
 /// Selects strings by an extended POSIX regular expression, which matches within one line, byte by
 /// byte. Without capitals it matches in any case.

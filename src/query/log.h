@@ -33,8 +33,9 @@ public:
     void keepForReadingAgain();
 
     /// Calls `use(line, number)` with each line, oldest first. `number` counts the lines of the log
-    /// from 0 on. Calls `pause()` when the next lines may take time to come. Names a file that
-    /// cannot be read to its end, and each line that is too long, on standard error.
+    /// from 0 on. A line that is too long has no data. Calls `pause()` when the next lines may take
+    /// time to come. Names a file that cannot be read to its end, and each line that is too long,
+    /// on standard error.
     template <typename Use, typename Pause> void read(Use use, Pause pause)
     {
         std::uint64_t number = 0;
@@ -52,7 +53,8 @@ public:
                 showProgress(file.safePath, bytes.bytesRead() - bytesBefore);
                 bytesBefore = bytes.bytesRead();
                 if (reader.leftOutLine()) {
-                    report(number++, readBefore_ ? "" : "longer than 16 MiB; left out");
+                    report(number, readBefore_ ? "" : "longer than 16 MiB; left out");
+                    use({}, number++);
                     continue;
                 }
                 while (!lines.empty()) {

@@ -22,6 +22,8 @@ LOG is a file L, read after L.0, a folder of logs, or - (/common/events_report).
   -C, --context N          also the N events before and after each
   -r, --reverse            newest first
   -m, --merge              all logs in one order of time; -n counts for all
+  -c, --count KEY[,KEY]    how many: by event, detail, reason, log, day or hour
+      --check              say what is damaged; with -e, -S, -U and -o
       --name GLOB          the logs in a folder (default events_report)
   -o, --output FORMAT      table, lines, csv or json
       --color[=WHEN]       auto, always or never
@@ -56,6 +58,7 @@ int main(int argc, char** argv)
     }
     switch (options->action) {
     case Action::ShowEvents:
+    case Action::CheckLogs:
         return showEvents(*options);
     case Action::ListCatalog:
         return listCatalog(*options);

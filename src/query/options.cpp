@@ -21,12 +21,8 @@ struct UsageError {
 };
 
 // What an option without a letter is known by here.
-constexpr char kCatalog = '\1';
-constexpr char kColour = '\2';
-constexpr char kVersion = '\3';
-constexpr char kYear = '\4';
-constexpr char kName = '\5';
-constexpr char kProgress = '\6'; // the last of them
+// The conflicts below have their numbers.
+enum : char { kCatalog = 1, kColour, kVersion, kYear, kName, kProgress, kCheck };
 
 const option kLongOptions[] = {
     {"event", required_argument, nullptr, 'e'},
@@ -45,14 +41,15 @@ const option kLongOptions[] = {
     {"merge", no_argument, nullptr, 'm'},
     {"name", required_argument, nullptr, kName},
     {"progress", no_argument, nullptr, kProgress},
+    {"count", required_argument, nullptr, 'c'},
+    {"check", no_argument, nullptr, kCheck},
     {nullptr, 0, nullptr, 0},
 };
-constexpr const char* kLetters = ":e:g:S:U:n:rmC:o:h";
+constexpr const char* kLetters = ":e:g:S:U:n:rmC:c:o:h";
 
 // Options that mean nothing together. The manual has the same table.
-constexpr char kConflicts[][2] = {{kCatalog, 'S'}, {kCatalog, 'U'},   {kCatalog, kYear},
-                                  {kCatalog, 'n'}, {kCatalog, 'r'},   {kCatalog, 'C'},
-                                  {kCatalog, 'm'}, {kCatalog, kName}, {kCatalog, kProgress}};
+constexpr std::pair<char, std::string_view> kConflicts[] = {
+    {'c', "rC"}, {kCheck, "gnrmCc\4\1"}, {kCatalog, "SUnrmCc\4\5\6"}};
 
 // What users of events-viewer try.
 constexpr std::pair<char, const char*> kHints[] = {
@@ -82,7 +79,7 @@ bool isColourful(std::string_view when)
 std::string nameOf(char letter)
 {
     for (const option& row : kLongOptions) {
-        if (row.val == letter && letter <= kProgress) {
+        if (row.val == letter && letter <= kCheck) {
             return std::string("--") + row.name;
         }
     }
@@ -101,7 +98,7 @@ UsageError unknownOption(char letter, const char* argument)
         return {argument + std::string(": no such option, or more than one begins like this")};
     }
     const bool isKnown =
-        letter <= kProgress || (letter != ':' && std::strchr(kLetters, letter) != nullptr);
+        letter <= kCheck || (letter != ':' && std::strchr(kLetters, letter) != nullptr);
     return {nameOf(letter) + (isKnown ? " takes no value" : ": no such option")};
 }
 
@@ -131,17 +128,16 @@ void take(Options& options, char letter, const char* value)
     std::string error;
     switch (letter) {
     case 'e':
-        error = options.events.add(value);
-        return require(error.empty(), error);
     case 'g':
-        error = options.text.set(value);
+    case 'c':
+        error = letter == 'e'   ? options.events.add(value)
+                : letter == 'g' ? options.text.set(value)
+                                : takeCountKeys(value, options.count);
         return require(error.empty(), error);
     case 'S':
-        options.since = TimeBound::parse(value);
-        return require(options.since.has_value(), kTimes);
     case 'U':
-        options.until = TimeBound::parse(value);
-        return require(options.until.has_value(), kTimes);
+        (letter == 'S' ? options.since : options.until) = TimeBound::parse(value);
+        return require((letter == 'S' ? options.since : options.until).has_value(), kTimes);
     case kYear:
         options.year = numberIn(value, 1000, 9999);
         return require(options.year.has_value(), "not a year; give for example 2026");
@@ -166,19 +162,16 @@ void take(Options& options, char letter, const char* value)
         }
         return;
     case 'r':
-        options.reverse = true;
-        return;
     case 'm':
-        options.merge = true;
+    case kProgress:
+        (letter == 'r' ? options.reverse : letter == 'm' ? options.merge : options.progress) = true;
         return;
     case kName:
         options.name = value;
         return;
-    case kProgress:
-        options.progress = true;
-        return;
     case kCatalog:
-        options.action = Action::ListCatalog;
+    case kCheck:
+        options.action = letter == kCheck ? Action::CheckLogs : Action::ListCatalog;
         return;
     default:
         options.action = letter == kVersion ? Action::ShowVersion : Action::ShowHelp;
@@ -188,15 +181,21 @@ void take(Options& options, char letter, const char* value)
 // Refuses what means nothing together; `given` are the letters of the options.
 void checkTogether(const Options& options, const std::string& given)
 {
-    for (const auto& [one, other] : kConflicts) {
-        if (given.find(one) != std::string::npos && given.find(other) != std::string::npos) {
-            throw UsageError{nameOf(one) + " and " + nameOf(other) + " mean nothing together"};
+    for (const auto& [one, others] : kConflicts) {
+        const std::size_t other = given.find_first_of(others);
+        if (given.find(one) != std::string::npos && other != std::string::npos) {
+            throw UsageError{nameOf(one) + " and " + nameOf(given[other]) +
+                             " mean nothing together"};
         }
     }
     const bool isTable = options.format == Format::Table;
     const bool isCatalog = options.action == Action::ListCatalog;
-    if (options.colour == "always" && (!isTable || isCatalog)) {
+    const bool isOfEvents = options.action == Action::ShowEvents && options.count.empty();
+    if (options.colour == "always" && (!isTable || !isOfEvents)) {
         throw UsageError{"--color=always means nothing without a table of events"};
+    }
+    if (!isOfEvents && !isCatalog && options.format == Format::Lines) {
+        throw UsageError{"-c and --check are shown with -o table, csv or json"};
     }
     if (isCatalog && !isTable && options.format != Format::Json) {
         throw UsageError{"--catalog is shown with -o table or -o json"};

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "catalog/event_filter.h"
 #include "eventlog/time_bound.h"
+#include "query/counts.h"
 #include "query/filters.h"
 #include "query/writers.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -11,7 +14,7 @@
 
 namespace eventsviewer::query {
 
-enum class Action { ShowEvents, ListCatalog, ShowHelp, ShowVersion };
+enum class Action { ShowEvents, CheckLogs, ListCatalog, ShowHelp, ShowVersion };
 
 /// The settings of one run.
 struct Options {
@@ -28,6 +31,7 @@ struct Options {
     bool reverse = false;
     bool merge = false;
     bool progress = false;
+    std::vector<CountKey> count; ///< shown instead of the events unless it is empty
     Format format = Format::Table;
     std::string colour = "auto";
     Layout layout;
@@ -37,7 +41,9 @@ struct Options {
     /// Whether the years of each log are needed.
     bool hasTimes() const
     {
-        return hasRange() || merge || format == Format::Csv || format == Format::Json;
+        const bool isData = format == Format::Csv || format == Format::Json;
+        return hasRange() || merge || action == Action::CheckLogs ||
+               (count.empty() ? isData : std::any_of(count.begin(), count.end(), isTime));
     }
 };
 

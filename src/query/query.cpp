@@ -92,8 +92,8 @@ int showEvents(const Options& options)
     }
     showMerged(display, merge.take(), options.reverse);
     hideProgress(false);
-    flushOutput();
-    return failed ? kError : display.anyFound() ? kFound : kNothingFound;
+    const int status = display.end();
+    return failed ? kError : status;
 }
 
 } // namespace eventsviewer::query

@@ -32,6 +32,7 @@ public:
 private:
     void reportRange() const;
     bool isInRange(std::uint64_t line, std::string_view time);
+    void check(std::string_view text, std::uint64_t line);
     void look(std::string_view text, std::uint64_t line, const Glance& glance);
     void collect(const Place& place, std::string_view text, EventView* view);
     void showHeld(Found found);
@@ -69,11 +70,21 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path)
     display_.begin();
     // Most lines of most searches are passed over without a parse.
     const bool mayPass = options_.events.isGiven() && !needsTimes_ && context_ == 0;
-    const auto lookAt = [this, mayPass](std::string_view text, std::uint64_t line) {
-        const Glance glance = mayPass || holds_ ? glanceAt(text) : Glance();
-        const bool passes =
-            mayPass && glance.kind == LineKind::Event && !options_.events.selects(glance.code);
-        if (!passes && glance.kind != LineKind::NoEvent) {
+    const bool mayCount = display_.counts().needsCodesOnly() && merge_ == nullptr && !needsTimes_ &&
+                          !holds_ && !options_.text.isGiven();
+    const bool glances = mayPass || mayCount || holds_;
+    const auto lookAt = [this, mayPass, mayCount, glances](std::string_view text,
+                                                           std::uint64_t line) {
+        if (options_.action == Action::CheckLogs) {
+            return check(text, line);
+        }
+        const Glance glance = glances ? glanceAt(text) : Glance();
+        const bool isEvent = glance.kind == LineKind::Event;
+        const bool passes = glance.kind == LineKind::NoEvent ||
+                            (mayPass && isEvent && !options_.events.selects(glance.code));
+        if (!passes && mayCount && isEvent) {
+            display_.counts().addCode(glance.code);
+        } else if (!passes) {
             look(text, line, glance);
         }
     };
@@ -86,6 +97,7 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path)
     if (path.empty() && !display_.anyFound()) {
         reportRange();
     }
+    display_.counts().addLog(log_->path().text, !log_->failed());
     return !log_->failed();
 }
 
@@ -110,6 +122,21 @@ bool Query::isInRange(std::uint64_t line, std::string_view time)
         lastAt_ = at;
     }
     return range_.holds(lastAt_);
+}
+
+void Query::check(std::string_view text, std::uint64_t line)
+{
+    const std::unique_ptr<EventRecord> event = readEvent(*log_, text, line, false);
+    const bool isWanted = event == nullptr || ((!needsTimes_ || isInRange(line, event->time)) &&
+                                               options_.events.selects(event->code));
+    if (isWanted) {
+        const bool isClockSet =
+            event == nullptr || !stampOf(event->time) || !calendar_.at(line, event->time).empty();
+        display_.check().addLine(
+            {log_->path().text, log_->fileOf(line).text, log_->lineInFile(line)}, text, event.get(),
+            isClockSet);
+    }
+    takeDiagnostics();
 }
 
 void Query::look(std::string_view text, std::uint64_t line, const Glance& glance)

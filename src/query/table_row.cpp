@@ -17,7 +17,6 @@ namespace {
 constexpr std::size_t kTimeWidth = 16;
 constexpr std::size_t kNameWidth = 31;
 constexpr std::size_t kWideTerminal = 100; // from here on the detail has a column of its own
-constexpr std::size_t kUsualWidth = 80;
 constexpr std::size_t kIndentBelow = 4;
 constexpr std::size_t kLeastDetail = 20; // a detail is never broken into shorter lines than this
 constexpr std::string_view kColourOn = "\033[1;34m";

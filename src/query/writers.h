@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace eventsviewer::query {
 
@@ -17,6 +18,8 @@ struct Layout {
     std::size_t logWidth = 0; ///< columns of the longest name of a log; 0 if it is not shown
 };
 
+constexpr std::size_t kUsualWidth = 80; ///< of a terminal that does not know its width
+
 /// The layout for standard output as it is now; `colour` if its names are coloured there.
 Layout layoutOfTerminal(bool colour);
 
@@ -28,6 +31,22 @@ std::string headerOf(Format format);
 
 /// Adds one event in the form of `format`.
 void appendEvent(std::string& out, Format format, const Layout& layout, const EventView& event);
+
+/// `text` for a terminal, with bars in the place of its line breaks.
+std::string oneLine(std::string_view text);
+
+/// A value of a record, which is a row of csv or an object of json, and its column or key.
+struct Field {
+    const char* name;
+    std::string value = {};
+    bool isNumber = false;
+};
+
+/// Adds what comes before all records with such fields in csv or json.
+void appendHeader(std::string& out, Format format, const std::vector<Field>& fields);
+
+/// Adds a record in csv or json.
+void appendRecord(std::string& out, Format format, const std::vector<Field>& fields);
 
 /// Adds `event` as rows of a table for a person:
 ///
