@@ -122,10 +122,6 @@ class Bench:
         for program, limit in (every, 1.05), (show, 1.3):
             self.add(f"`{program}` on a log with spaces against one without, instructions",
                      self.count(program, FEW, "spaced") / self.count(program), limit)
-        self.add(f'`{show}` on a log whose "id" comes last against JsonCpp alone, instructions',
-                 self.count(show, FEW, "id-last") / self.count(alone))
-        self.add(f"`{show}` on a log with 5 damaged lines in 1,000 against one without, instructions",
-                 self.count(show, FEW, "compact", 5) / self.count(show))
         self.add("`events-query --check` against `-o json`, 10 damaged lines in 1,000, instructions",
                  self.against("events-query --check", "events-query -o json", FEW, "compact", 10), 1.2)
         self.add("Start to exit on an empty log, instructions minus those of an empty program with the"
@@ -179,6 +175,18 @@ class Bench:
             programs += [*same, *[f"ripgrep{task}"] * (EVENT in task)]
         return self.cpu(programs, [FEW, MANY])
 
+    def many_logs(self):
+        """300 logs of 1 MB: by one process, by a process for each, compressed, and unpacked by zcat."""
+        def shell(script):
+            return ["sh", "-ec", f"cd {self.scratch}; {script}"]
+        log = self.log(6_250)
+        measure.run(shell(f"gzip -k {log}; for i in $(seq 300); do mkdir -p plain/$i packed/$i;"
+                          f"cp {log} plain/$i/events_report; cp {log}.gz packed/$i/events_report.gz; done"))
+        tasks = {"{}": "{} plain", "xargs {}": "find plain -type f | xargs -n 1 {}", "{}, gzip": "{} packed",
+                 "zcat, {}": "find packed -type f | while read -r log; do zcat $log | {} -; done"}
+        return {name.format(query): {300: measure.cpu_seconds(shell(task.format(f"{os.path.abspath(self.build)}/{query}")), 3)}
+                for query in ("events-query -o json", f"events-query -e {EVENT}") for name, task in tasks.items()}
+
     def cpu_series(self):
         if self.output("events-viewer --all") != self.output("mawk, all events"):
             raise RuntimeError("mawk does not make the same table")
@@ -198,9 +206,8 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--gates", action="store_true")
     parser.add_argument("--board", action="store_true")
-    parser.add_argument("build")
-    parser.add_argument("tools")
-    parser.add_argument("scratch")
+    for name in "build", "tools", "scratch":
+        parser.add_argument(name)
     given = parser.parse_args()
 
     def emulator(*command):
@@ -227,6 +234,7 @@ def main():
             report.replace_section(page, "cpu", report.cpu_table(series, CHART_SIZES))
             report.replace_section(page, "queries",
                                    report.cpu_table(bench.query_series(), [FEW, MANY]))
+            report.replace_section(page, "logs", report.cpu_table(bench.many_logs(), [300], "logs"))
             report.draw(f"{SOURCE}/doc/performance.svg", series, CHART_SIZES)
     missed = [gate for gate in bench.gates if not gate.passed]
     print(f"{len(missed)} of {sum(gate.limit is not None for gate in bench.gates)} limits missed")

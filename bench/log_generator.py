@@ -4,7 +4,6 @@ The styles of the lines:
 
   compact     {"id":1,"time":...}
   spaced      {"id": 1, "time": ...}
-  id-last     {"time":...,"vars":...,"id":1}
   realistic   compact, but three in five events have no description
   not-ascii   compact, with a character in each event that is not ASCII
   reals       compact, with a number in each event that is not a whole one
@@ -76,8 +75,6 @@ class LogGenerator:
         elif self.style == "reals":
             variables["snr"] = float(f"{self.digits(1)}.{self.digits(2)}")
         event = {"id": code, "time": self.clock(), "vars": variables}
-        if self.style == "id-last":
-            event["id"] = event.pop("id")
         line = self.encode(event)
         if self.random.random() * 1000 < self.damaged:
             at = self.random.randrange(len(line))

@@ -50,20 +50,18 @@ def gate_table(gates):
                  [(gate.name, gate.shown(gate.value), gate.shown(gate.limit)) for gate in gates])
 
 
-def cpu_table(series, sizes):
-    return table(["CPU seconds", *(f"{size:,} lines" for size in sizes)],
+def cpu_table(series, sizes, unit="lines"):
+    return table(["CPU seconds", *(f"{size:,} {unit}" for size in sizes)],
                  [(name, *(f"{points[size]:.3f}" for size in sizes))
                   for name, points in series.items()])
 
 
 def draw(path, series, sizes):
     heading = " ".join(f'"{name}"' for name in ("lines", *series))
-    rows = [f"{size} " + " ".join(str(points[size]) for points in series.values())
-            for size in sizes]
+    rows = [" ".join(str(x) for x in (size, *(points[size] for points in series.values()))) for size in sizes]
     script = CHART.format(sizes=", ".join(f'"{size:,}" {size}' for size in sizes),
                           rows="\n".join([heading, *rows]), count=len(series),
                           colours=" ".join(COLOURS))
-    svg = subprocess.run(["gnuplot"], input=script, stdout=subprocess.PIPE, check=True,
-                         text=True).stdout
+    svg = subprocess.check_output(["gnuplot"], input=script, text=True)
     with open(path, "w", encoding="utf-8") as file:
         file.write(with_dark_mode(svg))

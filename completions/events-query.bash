@@ -29,20 +29,21 @@ _events_query() {
     fi
 
     # Long options can be shortened, and letters grouped before one that takes an argument.
-    if [[ $before =~ ^(--e[a-z]*=?|-[mrh]*e)$ ]]; then
+    if [[ $before =~ ^(--e[a-z]*=?|-[fmrh]*e)$ ]]; then
         _events_query_names "$word"
-    elif [[ $before =~ ^(--o[a-z]*=?|-[mrh]*o)$ ]]; then
+    elif [[ $before =~ ^(--o[a-z]*=?|-[fmrh]*o)$ ]]; then
         mapfile -t COMPREPLY < <(compgen -W 'table lines csv json' -- "$word")
     elif [[ $before =~ ^(--cou[a-z]*=?|-[rmh]*c)$ ]]; then
         mapfile -t COMPREPLY < <(compgen -W 'event detail reason log day hour' -- "$word")
     elif [[ $before =~ ^--col[a-z]*=$ ]]; then
         mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$word")
-    elif [[ $before =~ ^(--([gsuyn]|con)[a-z]*=?|-[mrh]*[gSUnC])$ ]]; then
+    elif [[ $before =~ ^(--([gsuyn]|con)[a-z]*=?|-[fmrh]*[gSUnC])$ ]]; then
         return
     elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W '
             -e --event -g --grep -S --since -U --until --year -n --number -C --context
-            -r --reverse -m --merge --name -c --count -o --output --color --progress --check --catalog
+            -r --reverse -f --follow -m --merge --name -c --count -o --output --color --progress --check
+            --catalog
             -h --help --version' -- "$word")
     else
         compopt -o filenames

@@ -33,8 +33,9 @@ bool matchesAnyName(const std::string& pattern)
     if (const std::size_t bracket = digits.find('['); bracket < digits.rfind(']') + 1) {
         digits.replace(bracket, digits.rfind(']') + 1 - bracket, "*");
     }
-    std::replace_if(
-        digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; }, '0');
+    for (char& c : digits) {
+        c = c >= '0' && c <= '9' ? '0' : c;
+    }
     std::string name = "UNRECOGNIZED_EVENT_CODE_";
     constexpr int kMostDigits = 10;
     for (int i = 0; i < kMostDigits; ++i) {

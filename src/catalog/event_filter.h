@@ -20,7 +20,7 @@ public:
     {
         const auto index = static_cast<std::uint32_t>(code);
         const bool isKept = index < selected_.size() && selected_[index] != Selected::Unclear;
-        return isKept ? selected_[index] == Selected::Yes : selectsByPatterns(code);
+        return isKept ? selected_[index] == Selected::Yes : !isGiven() || selectsByPatterns(code);
     }
 
 private:

@@ -98,7 +98,7 @@ void Calendar::addClockSet(std::uint64_t line, std::string_view time, std::strin
     }
 }
 
-void Calendar::finish(std::optional<int> year, Moment latest)
+void Calendar::endOpenFall()
 {
     if (fall_ && fall_->before && fall_->before->month == 12) {
         turns_.push_back({fall_->line, ++year_});
@@ -106,6 +106,12 @@ void Calendar::finish(std::optional<int> year, Moment latest)
         endFallAsUnset(UINT64_MAX);
     }
     fall_.reset();
+    lastDate_.clear();
+}
+
+void Calendar::finish(std::optional<int> year, Moment latest)
+{
+    endOpenFall();
     lastYear_ = year.value_or(yearOf(latest));
     if (last_ && !year) {
         if (momentOf(lastYear_, *last_) / kDay > latest / kDay) {
@@ -115,7 +121,12 @@ void Calendar::finish(std::optional<int> year, Moment latest)
             --lastYear_;
         }
     }
-    lastDate_.clear();
+}
+
+void Calendar::finishAs(const Calendar& earlier)
+{
+    endOpenFall();
+    lastYear_ = earlier.calendarYear(year_);
 }
 
 std::string_view Calendar::at(std::uint64_t line, std::string_view time)

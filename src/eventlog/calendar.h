@@ -36,6 +36,10 @@ public:
     /// `latest`.
     void finish(std::optional<int> year, Moment latest);
 
+    /// Ends the log in the years that `earlier` has, the calendar of the same log up to an earlier
+    /// line.
+    void finishAs(const Calendar& earlier);
+
     /// The time of the event on `line` in the form "2026-11-20T08:15:02"; empty if it has none, or
     /// was written by a clock that was not set. Valid until the next call.
     std::string_view at(std::uint64_t line, std::string_view time);
@@ -58,6 +62,7 @@ private:
     void addDate(std::uint64_t line, const Stamp& stamp);
     bool isReturn(const Stamp& stamp) const;
     void endFallAsUnset(std::uint64_t end);
+    void endOpenFall();
     int calendarYear(int year) const { return lastYear_ - year_ + year; }
 
     std::vector<Turn> turns_;

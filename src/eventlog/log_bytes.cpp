@@ -166,7 +166,7 @@ ssize_t LogBytes::unpack(char* to, std::size_t size)
             fail("damaged: what follows cannot be unpacked");
             break; // what was unpacked comes first
         }
-        if (isAtEnd && !isBetweenParts_ && stream_->avail_out == room) {
+        if (isAtEnd && stream_->avail_out == room) {
             return fail("cut off: the compressed data end too early");
         }
     }

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-struct z_stream_s;
+struct z_stream_s; // NOLINT(readability-identifier-naming): zlib's name
 
 namespace eventsviewer {
 

@@ -33,7 +33,8 @@ Identity identityOf(const struct stat& status)
 std::string without(const std::string& text, std::string_view end)
 {
     const std::size_t rest = text.size() - std::min(text.size(), end.size());
-    return rest > 0 && text.compare(rest, end.size(), end) == 0 ? text.substr(0, rest) : text;
+    const bool hasEnd = rest > 0 && text.compare(rest, end.size(), end) == 0;
+    return text.substr(0, hasEnd ? rest : text.size());
 }
 
 class Search {
@@ -125,8 +126,10 @@ FoundLogs Search::result()
     // A log with its predecessor comes before either of them alone.
     std::vector<std::size_t> order(candidates_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
-        return candidates_[one].files.size() > candidates_[other].files.size();
+    std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
+        const std::size_t files = candidates_[one].files.size();
+        const std::size_t otherFiles = candidates_[other].files.size();
+        return files != otherFiles ? files > otherFiles : one < other;
     });
     std::set<Identity> taken;
     std::set<std::string> missing;

@@ -39,8 +39,8 @@ void writeLine(std::string_view text)
 bool isInTheWay()
 {
     struct stat output = {};
-    const bool isPipe = fstat(STDOUT_FILENO, &output) == 0 && S_ISFIFO(output.st_mode);
-    return isatty(STDOUT_FILENO) != 0 || (isPipe && !progress.isWanted);
+    fstat(STDOUT_FILENO, &output); // what is closed is no pipe
+    return isatty(STDOUT_FILENO) != 0 || (S_ISFIFO(output.st_mode) && !progress.isWanted);
 }
 
 } // namespace

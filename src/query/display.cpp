@@ -2,6 +2,8 @@
 
 #include "query/messages.h"
 
+#include <tuple>
+
 namespace eventsviewer::query {
 
 Display::Display(const Options& options, const Layout& layout)
@@ -23,10 +25,10 @@ void Display::begin()
 void Display::show(const Log& log, const Place& place, EventView& view)
 {
     constexpr std::size_t kMuchOutput = 65536;
+    std::string& out = output();
     view.log = &log.path();
     view.label = &log.label();
-    view.file = &log.fileOf(place.line);
-    view.line = log.lineInFile(place.line);
+    std::tie(view.file, view.line) = log.placeOf(place.line);
     if (!counts_.isEmpty()) {
         takeDiagnostics(); // they are about values that are not shown
         counts_.add(view);
@@ -36,15 +38,17 @@ void Display::show(const Log& log, const Place& place, EventView& view)
         lastLog_ == &log && place.event <= lastEvent_ + 1 && lastEvent_ <= place.event + 1;
     const bool isForPeople = options_.format == Format::Table || options_.format == Format::Lines;
     const bool isApart = std::exchange(anyShown_, true) && !touches;
-    output() += options_.context.value_or(0) > 0 && isForPeople && isApart ? "--\n" : "";
+    if (isApart && isForPeople && options_.context.value_or(0) > 0) {
+        out += "--\n";
+    }
     lastLog_ = &log;
     lastEvent_ = place.event;
     anyFound_ = anyFound_ || place.matches;
-    appendEvent(output(), options_.format, layout_, view);
+    appendEvent(out, options_.format, layout_, view);
     for (const std::string& diagnostic : takeDiagnostics()) {
         log.report(place.line, diagnostic);
     }
-    if (output().size() > kMuchOutput) {
+    if (out.size() > kMuchOutput) {
         flushOutput();
     }
 }

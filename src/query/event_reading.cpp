@@ -31,18 +31,6 @@ struct TooDeep {};
     throw TooDeep();
 }
 
-void addTime(Calendar& calendar, std::uint64_t line, const EventRecord& event)
-{
-    if (event.code == kClockSet) {
-        const Variables variables({event.details.characters(), event.details.length()});
-        if (variables.isText("old_time") && variables.isText("new_time")) {
-            calendar.addClockSet(line, event.time, variables.text("new_time"));
-            return;
-        }
-    }
-    calendar.add(line, event.time);
-}
-
 } // namespace
 
 void prepareReading()
@@ -64,7 +52,19 @@ std::unique_ptr<EventRecord> readEvent(const Log& log, std::string_view text, st
     }
 }
 
-Calendar readYears(Log& log, std::optional<std::int32_t> year)
+void addTime(Calendar& calendar, std::uint64_t line, const EventRecord& event)
+{
+    if (event.code == kClockSet) {
+        const Variables variables({event.details.characters(), event.details.length()});
+        if (variables.isText("old_time") && variables.isText("new_time")) {
+            calendar.addClockSet(line, event.time, variables.text("new_time"));
+            return;
+        }
+    }
+    calendar.add(line, event.time);
+}
+
+Calendar readTimes(Log& log)
 {
     Calendar calendar;
     log.keepForReadingAgain();
@@ -82,7 +82,23 @@ Calendar readYears(Log& log, std::optional<std::int32_t> year)
         }
     };
     log.read(readTime, [] {});
+    return calendar;
+}
+
+void finish(Calendar& calendar, const Log& log, std::optional<std::int32_t> year)
+{
     calendar.finish(year, log.changed() + kMostAhead);
+}
+
+Calendar continued(const Calendar& earlier, const Calendar& times, const Log& log,
+                   std::optional<std::int32_t> year)
+{
+    Calendar calendar = times;
+    if (earlier.last()) {
+        calendar.finishAs(earlier);
+    } else {
+        finish(calendar, log, year);
+    }
     return calendar;
 }
 

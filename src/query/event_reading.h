@@ -19,8 +19,18 @@ void prepareReading();
 std::unique_ptr<EventRecord> readEvent(const Log& log, std::string_view text, std::uint64_t line,
                                        bool isToReport = true);
 
-/// The years of the events of `log`, which are read once for that. The last event is in the year
-/// `year`, if that is given.
-Calendar readYears(Log& log, std::optional<std::int32_t> year);
+/// Adds the time of `event`, which is on `line`, to `calendar`.
+void addTime(Calendar& calendar, std::uint64_t line, const EventRecord& event);
+
+/// The times of the events of `log`, which are read once for that.
+Calendar readTimes(Log& log);
+
+/// Finishes `calendar`, which has the times of `log`. The last event is in the year `year`, if that
+/// is given.
+void finish(Calendar& calendar, const Log& log, std::optional<std::int32_t> year);
+
+/// `times`, to which events of `log` were added since `earlier` was finished, in the same years.
+Calendar continued(const Calendar& earlier, const Calendar& times, const Log& log,
+                   std::optional<std::int32_t> year);
 
 } // namespace eventsviewer::query

@@ -28,7 +28,7 @@ Log::Log(const std::string& path, const std::string& label, bool isSilent)
 {
     const std::vector<std::string> names = fileNamesOf(path);
     for (const std::string& name : names) {
-        File file{{name, jsonaccess::jsonContent(name)}, safe(name)};
+        File file = fileAt(name);
         const bool isLast = name == names.back();
         const int flags =
             O_RDONLY | O_CLOEXEC | (isLast ? 0 : O_NONBLOCK); // a pipe is no predecessor
@@ -47,9 +47,26 @@ Log::Log(const std::string& path, const std::string& label, bool isSilent)
     }
 }
 
+Log::Log(const std::string& path, LogFollower& follower)
+    : path_{path, jsonaccess::jsonContent(path)}, isSilent_(false)
+{
+    for (const auto& [name, descriptor] : follower.firstFiles()) {
+        files_.push_back(fileAt(name));
+        files_.back().descriptor = fcntl(descriptor, F_DUPFD_CLOEXEC, kFirstFree);
+    }
+}
+
 Log::~Log()
 {
     close();
+}
+
+Log::File Log::fileAt(const std::string& name)
+{
+    File file;
+    file.path = {name, jsonaccess::jsonContent(name)};
+    file.safePath = safe(name);
+    return file;
 }
 
 void Log::close()
@@ -80,24 +97,20 @@ const Log::File& Log::holding(std::uint64_t number) const
     return *file;
 }
 
-const Path& Log::fileOf(std::uint64_t number) const
+std::pair<const Path*, std::uint64_t> Log::placeOf(std::uint64_t number) const
 {
-    return holding(number).path;
-}
-
-std::uint64_t Log::lineInFile(std::uint64_t number) const
-{
-    return number - holding(number).firstLine + 1;
+    const File& file = holding(number);
+    return {&file.path, number - file.firstLine + 1};
 }
 
 std::int64_t Log::changed() const
 {
     struct stat status = {};
-    if (files_.back().descriptor >= 0 && fstat(files_.back().descriptor, &status) == 0 &&
-        S_ISREG(status.st_mode) && path_.text != "-") {
-        return status.st_mtime;
+    if (!files_.empty() && files_.back().descriptor >= 0) {
+        fstat(files_.back().descriptor, &status);
     }
-    return std::time(nullptr);
+    const bool isKnown = S_ISREG(status.st_mode) && path_.text != "-";
+    return isKnown ? status.st_mtime : std::time(nullptr);
 }
 
 void Log::reportError(File& file)
@@ -111,8 +124,8 @@ void Log::reportError(File& file)
 void Log::report(std::uint64_t number, std::string_view message) const
 {
     if (!message.empty() && !isSilent_) {
-        query::report(holding(number).safePath + ':' + std::to_string(lineInFile(number)) + ": " +
-                      safe(message));
+        query::report(holding(number).safePath + ':' + std::to_string(placeOf(number).second) +
+                      ": " + safe(message));
     }
 }
 

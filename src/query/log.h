@@ -2,6 +2,7 @@
 
 #include "eventlog/line_reader.h"
 #include "eventlog/log_bytes.h"
+#include "eventlog/log_follower.h"
 #include "eventlog/reading_progress.h"
 #include "query/event_view.h"
 
@@ -9,8 +10,10 @@
 #include <unistd.h>
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace eventsviewer::query {
@@ -25,6 +28,10 @@ public:
     /// Opens the log at `path`, or standard input for "-". Names each file that cannot be opened on
     /// standard error, unless `isSilent`: a log is read silently if it is read again later.
     explicit Log(const std::string& path, const std::string& label, bool isSilent = false);
+
+    /// The files that `follower` begins with.
+    Log(const std::string& path, LogFollower& follower);
+
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;
     ~Log();
@@ -46,27 +53,39 @@ public:
             }
             lseek(file.descriptor, file.start, SEEK_SET); // a pipe is read once, from where it is
             LogBytes bytes(file.descriptor);
-            LineReader reader(bytes, kLongestLine);
             std::uint64_t bytesBefore = 0;
-            std::string_view lines;
-            while (reader.next(lines)) {
+            number = readLines(bytes, number, use, [&] {
                 showProgress(file.safePath, bytes.bytesRead() - bytesBefore);
                 bytesBefore = bytes.bytesRead();
-                if (reader.leftOutLine()) {
-                    report(number, readBefore_ ? "" : "longer than 16 MiB; left out");
-                    use({}, number++);
-                    continue;
-                }
-                while (!lines.empty()) {
-                    use(takeFirstLine(lines), number++);
-                }
                 pause();
-            }
+            });
             file.error = bytes.error().empty() ? file.error : bytes.error();
             reportError(file);
         }
-        readBefore_ = !isSilent_;
+        reported_ = isSilent_ ? 0 : number;
+        lines_ = number;
     }
+
+    /// Reads the files of `follower` like read, as long as they come.
+    template <typename Use, typename Pause> void follow(LogFollower& follower, Use use, Pause pause)
+    {
+        close();
+        files_.clear();
+        lines_ = 0;
+        while (follower.nextFile()) {
+            files_.push_back(fileAt(follower.path()));
+            files_.back().firstLine = lines_;
+            lines_ = readLines(follower, lines_, use, pause);
+        }
+        if (follower.error() != 0) {
+            files_.push_back(fileAt(path_.text));
+            files_.back().error = std::strerror(follower.error());
+            reportError(files_.back());
+        }
+    }
+
+    /// How many lines have been read.
+    std::uint64_t lines() const { return lines_; }
 
     /// Whether a part of it is gone if the log is opened once more.
     bool isOnlyHere() const { return isOnlyHere_; }
@@ -82,8 +101,7 @@ public:
     const std::string& label() const { return label_; }
 
     /// The path of the file with line `number`, and which line of that file it is, from 1 on.
-    const Path& fileOf(std::uint64_t number) const;
-    std::uint64_t lineInFile(std::uint64_t number) const;
+    std::pair<const Path*, std::uint64_t> placeOf(std::uint64_t number) const;
 
     /// Says `message` of the line `number` on standard error; nothing without a message.
     void report(std::uint64_t number, std::string_view message) const;
@@ -97,14 +115,33 @@ public:
 private:
     struct File {
         Path path;
-        std::string safePath = {};
+        std::string safePath;
         int descriptor = -1;
-        std::string error = {}; // what is wrong, in words
-        off_t start = 0;        // where the log begins; negative if it can be read only once
+        std::string error; // what is wrong, in words
+        off_t start = 0;   // where the log begins; negative if it can be read only once
         bool isReported = false;
         std::uint64_t firstLine = UINT64_MAX;
     };
 
+    template <typename Bytes, typename Use, typename Pause>
+    std::uint64_t readLines(Bytes& bytes, std::uint64_t number, Use use, Pause pause)
+    {
+        LineReader reader(bytes, kLongestLine);
+        std::string_view lines;
+        while (reader.next(lines)) {
+            if (reader.leftOutLine()) {
+                report(number, number < reported_ ? "" : "longer than 16 MiB; left out");
+                use({}, number++);
+                continue;
+            }
+            while (!lines.empty()) {
+                use(takeFirstLine(lines), number++);
+            }
+            pause();
+        }
+        return number;
+    }
+    static File fileAt(const std::string& name);
     const File& holding(std::uint64_t number) const;
     void reportError(File& file);
 
@@ -113,8 +150,9 @@ private:
     bool isSilent_;
     std::vector<File> files_;
     bool isOnlyHere_ = false;
-    bool readBefore_ = false; // then all long lines have been reported
+    std::uint64_t reported_ = 0; // of these lines the long ones have been reported
     bool failed_ = false;
+    std::uint64_t lines_ = 0;
 };
 
 } // namespace eventsviewer::query

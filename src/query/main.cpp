@@ -21,6 +21,7 @@ LOG is a file L, read after L.0, a folder of logs, or - (/common/events_report).
   -n, --number N           only the newest N of these events of each log
   -C, --context N          also the N events before and after each
   -r, --reverse            newest first
+  -f, --follow             also what comes from now on; begins with the last 10
   -m, --merge              all logs in one order of time; -n counts for all
   -c, --count KEY[,KEY]    how many: by event, detail, reason, log, day or hour
       --check              say what is damaged; with -e, -S, -U and -o
@@ -34,7 +35,6 @@ LOG is a file L, read after L.0, a folder of logs, or - (/common/events_report).
 Examples:
   events-query -m -S -2h logs/                     the newest of all terminals
   events-query -e MODEM_OUT_OF_NETWORK -C 3 LOG    what came before each outage
-  events-query -o csv LOG > events.csv             for a spreadsheet
 Status: 0 something was found, 1 nothing, 2 an error. More: man events-query
 )";
 

@@ -1,17 +1,18 @@
 #include "query/merge.h"
 
 #include <algorithm>
+#include <numeric>
 #include <set>
+#include <utility>
 
 namespace eventsviewer::query {
 
 void Merge::add(Found found)
 {
     constexpr std::size_t kSpare = 1000; // so that sorting is rare
-    const bool matches = found.matches;
+    matches_ += found.matches ? 1 : 0;
     found_.push_back(std::move(found));
-    matches_ += matches ? 1 : 0;
-    if (matches && matches_ / 2 > number_ && matches_ > kSpare) {
+    if (matches_ / 2 > number_ && matches_ > kSpare) {
         sort(false);
     }
 }
@@ -31,8 +32,18 @@ void Merge::sort(bool isComplete)
     if (!isComplete) {
         shown.emplace(found_.back().log.get(), found_.back().event);
     }
-    std::stable_sort(found_.begin(), found_.end(),
-                     [](const Found& one, const Found& other) { return one.at < other.at; });
+    std::vector<std::size_t> order(found_.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
+        const int difference = found_[one].at.compare(found_[other].at);
+        return difference != 0 ? difference < 0 : one < other;
+    });
+    std::vector<Found> sorted;
+    sorted.reserve(found_.size());
+    for (const std::size_t index : order) {
+        sorted.push_back(std::move(found_[index]));
+    }
+    found_ = std::move(sorted);
     matches_ = 0;
     for (auto found = found_.rbegin(); found != found_.rend(); ++found) {
         found->matches = found->matches && matches_ < number_;

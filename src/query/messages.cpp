@@ -1,5 +1,6 @@
 #include "query/messages.h"
 
+#include "eventlog/escapes.h"
 #include "eventlog/reading_progress.h"
 
 #include <unistd.h>
@@ -44,6 +45,25 @@ void report(const std::string& message)
     flushOutput();
     hideProgress(false);
     writeAll(STDERR_FILENO, "events-query: " + message + '\n');
+}
+
+bool isPossible(const TimeRange& range, const std::string& log)
+{
+    const bool isRightWay = range.since <= range.until;
+    if (!isRightWay) {
+        report((log.empty() ? "" : safe(log) + ": ") + "-S is " + range.since +
+               ", which is after -U, " + range.until);
+    }
+    return isRightWay;
+}
+
+void explainNothing(const TimeRange& range, std::optional<Moment> first, std::optional<Moment> last)
+{
+    if (last && range.since > isoTime(*last)) {
+        report("-S is " + range.since + ", after the last event, " + isoTime(*last));
+    } else if (first && range.until < isoTime(*first)) {
+        report("-U is " + range.until + ", before the first event, " + isoTime(*first));
+    }
 }
 
 void endOutOfMemory()

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "eventlog/time_bound.h"
+
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +16,13 @@ constexpr int kError = 2;
 /// Prints one line on standard error that begins with "events-query: ". What was buffered for
 /// standard output is written first. What comes from outside has to be safe.
 void report(const std::string& message);
+
+/// Whether there can be events in `range`. If not, says so, of `log` if that is given.
+bool isPossible(const TimeRange& range, const std::string& log);
+
+/// Says so if `range` lies outside a log with events from `first` to `last`, or without any.
+void explainNothing(const TimeRange& range, std::optional<Moment> first,
+                    std::optional<Moment> last);
 
 /// Says that the memory is exhausted and ends the process with kError.
 [[noreturn]] void endOutOfMemory();

@@ -31,25 +31,29 @@ const option kLongOptions[] = {
     {"until", required_argument, nullptr, 'U'},
     {"year", required_argument, nullptr, kYear},
     {"number", required_argument, nullptr, 'n'},
-    {"reverse", no_argument, nullptr, 'r'},
     {"context", required_argument, nullptr, 'C'},
-    {"catalog", no_argument, nullptr, kCatalog},
-    {"output", required_argument, nullptr, 'o'},
-    {"color", optional_argument, nullptr, kColour},
-    {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, kVersion},
+    {"reverse", no_argument, nullptr, 'r'},
+    {"follow", no_argument, nullptr, 'f'},
     {"merge", no_argument, nullptr, 'm'},
     {"name", required_argument, nullptr, kName},
-    {"progress", no_argument, nullptr, kProgress},
     {"count", required_argument, nullptr, 'c'},
+    {"output", required_argument, nullptr, 'o'},
+    {"color", optional_argument, nullptr, kColour},
+    {"progress", no_argument, nullptr, kProgress},
     {"check", no_argument, nullptr, kCheck},
+    {"catalog", no_argument, nullptr, kCatalog},
+    {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, kVersion},
     {nullptr, 0, nullptr, 0},
 };
-constexpr const char* kLetters = ":e:g:S:U:n:rmC:c:o:h";
+constexpr const char* kLetters = ":e:g:S:U:n:C:rfmc:o:h";
 
+constexpr std::int32_t kFollowedNumber = 10;
 // Options that mean nothing together. The manual has the same table.
-constexpr std::pair<char, std::string_view> kConflicts[] = {
-    {'c', "rC"}, {kCheck, "gnrmCc\4\1"}, {kCatalog, "SUnrmCc\4\5\6"}};
+constexpr std::pair<char, std::string_view> kConflicts[] = {{'c', "rfC"},
+                                                            {'f', "rm\5\6"},
+                                                            {kCheck, "gnrfmCc\4\1"},
+                                                            {kCatalog, "SUnrfmCc\4\5\6"}};
 
 // What users of events-viewer try.
 constexpr std::pair<char, const char*> kHints[] = {
@@ -108,10 +112,8 @@ std::optional<std::int32_t> numberIn(const char* text, long long least, long lon
     char* end = nullptr;
     const long long number = std::strtoll(text, &end, 10);
     const bool isNumber = text[0] >= '0' && text[0] <= '9' && *end == '\0';
-    if (!isNumber || number < least || number > most) {
-        return std::nullopt;
-    }
-    return static_cast<std::int32_t>(number);
+    const bool isRight = isNumber && number >= least && number <= most;
+    return isRight ? std::optional(static_cast<std::int32_t>(number)) : std::nullopt;
 }
 
 // Takes the value of the option `letter`.
@@ -165,6 +167,10 @@ void take(Options& options, char letter, const char* value)
     case 'm':
     case kProgress:
         (letter == 'r' ? options.reverse : letter == 'm' ? options.merge : options.progress) = true;
+        return;
+    case 'f':
+        options.follow = true;
+        options.number = options.number.value_or(kFollowedNumber);
         return;
     case kName:
         options.name = value;
@@ -231,6 +237,9 @@ Options parsed(int argc, char** argv)
     }
     options.logs = logs.empty() ? options.logs : logs;
     checkTogether(options, given);
+    if (options.follow && (options.logs.size() > 1 || options.logs[0] == "-")) {
+        throw UsageError{"-f follows one log, which is a file"};
+    }
     options.layout = layoutOfTerminal(isColourful(options.colour));
     return options;
 }

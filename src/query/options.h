@@ -30,6 +30,7 @@ struct Options {
     std::optional<std::int32_t> context; ///< at least 0
     bool reverse = false;
     bool merge = false;
+    bool follow = false;
     bool progress = false;
     std::vector<CountKey> count; ///< shown instead of the events unless it is empty
     Format format = Format::Table;

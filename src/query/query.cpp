@@ -22,11 +22,9 @@ void showMerged(Display& display, std::vector<Found> found, bool isReverse)
         std::reverse(found.begin(), found.end());
     }
     for (const Found& one : found) {
-        if (std::unique_ptr<EventRecord> event = readEvent(*one.log, one.text, one.line)) {
-            EventView view(std::move(event));
-            view.at = one.hasTime ? std::string_view(one.at) : "";
-            display.show(*one.log, one, view);
-        }
+        EventView view(readEvent(*one.log, one.text, one.line)); // not for the first time
+        view.at = one.hasTime ? std::string_view(one.at) : "";
+        display.show(*one.log, one, view);
     }
 }
 
@@ -38,7 +36,8 @@ TimeRange commonRange(const Options& options, const std::vector<std::string>& pa
     std::optional<Moment> last;
     for (std::size_t i = 0; i < paths.size(); ++i) {
         const auto log = std::make_shared<Log>(paths[i], "", true);
-        const Calendar calendar = readYears(*log, options.year);
+        Calendar calendar = readTimes(*log);
+        finish(calendar, *log, options.year);
         if (calendar.last()) {
             first = std::min(first.value_or(*calendar.first()), *calendar.first());
             last = std::max(last.value_or(*calendar.last()), *calendar.last());
@@ -56,6 +55,11 @@ TimeRange commonRange(const Options& options, const std::vector<std::string>& pa
 int showEvents(const Options& options)
 {
     prepareReading();
+    if (options.follow) {
+        Display display(options, options.layout);
+        followLog(options, display);
+        return kError;
+    }
     const FoundLogs found = findLogs(options.logs, options.name);
     for (const FoundLogs::Error& error : found.errors) {
         report(safe(error.path) + ": " + error.text);
@@ -64,7 +68,7 @@ int showEvents(const Options& options)
     const bool isMergeOfRange = options.merge && options.hasRange();
     startProgress(options.progress, count, found.bytes,
                   1U + (options.hasTimes() ? 1U : 0U) + (isMergeOfRange ? 1U : 0U));
-    std::vector<std::shared_ptr<Log>> logs(isMergeOfRange ? count : 0);
+    std::vector<std::shared_ptr<Log>> logs(count);
     std::optional<TimeRange> range;
     if (options.merge) {
         range = isMergeOfRange ? commonRange(options, found.paths, logs) : TimeRange();
@@ -83,9 +87,8 @@ int showEvents(const Options& options)
     bool failed = !found.errors.empty();
     for (std::size_t i = 0; i < count; ++i) {
         const std::string& path = found.paths[i];
-        const auto log = i < logs.size() && logs[i] != nullptr
-                             ? std::move(logs[i])
-                             : std::make_shared<Log>(path, labels[i]);
+        const auto log =
+            logs[i] != nullptr ? std::move(logs[i]) : std::make_shared<Log>(path, labels[i]);
         Merge* const target = options.merge ? &merge : nullptr;
         failed = !searchLog(options, log, display, target, range, count > 1 ? path : "") || failed;
         countLog();

@@ -5,6 +5,9 @@
 #include "query/event_reading.h"
 #include "query/messages.h"
 
+#include <unistd.h>
+
+#include <csignal>
 #include <cstdint>
 #include <deque>
 #include <iterator>
@@ -27,10 +30,14 @@ public:
     }
     // Takes the events in `range`, or, without one, in the range that the options give. Returns
     // false after an error.
-    bool run(const std::optional<TimeRange>& range, const std::string& path);
+    bool run(const std::optional<TimeRange>& range, const std::string& path,
+             LogFollower* follower = nullptr);
+
+    /// Shows all that is held.
+    void endHolding();
 
 private:
-    void reportRange() const;
+    bool isNew(std::uint64_t line) const { return isFollowing_ && hasTimes_ && line >= known_; }
     bool isInRange(std::uint64_t line, std::string_view time);
     void check(std::string_view text, std::uint64_t line);
     void look(std::string_view text, std::uint64_t line, const Glance& glance);
@@ -45,7 +52,7 @@ private:
     Calendar calendar_;
     const bool needsTimes_; // to know what is found, hasTimes_ only to show it
     const bool hasTimes_;
-    const bool holds_; // all that is found, up to the end
+    bool holds_; // all that is found, up to the end
     const std::size_t context_;
     TimeRange range_;
     std::string lastAt_; // of the last event with a time
@@ -55,15 +62,26 @@ private:
     std::deque<Found> candidates_;      // shown only if a match follows
     std::size_t after_ = 0;             // how many events more are shown after a match
     std::uint64_t events_ = 0;
+
+    // Only of a log that goes on:
+    bool isFollowing_ = false;
+    Calendar times_;          // calendar_ before it was finished
+    std::uint64_t known_ = 0; // of lines before this one calendar_ had the times at the beginning
 };
 
-bool Query::run(const std::optional<TimeRange>& range, const std::string& path)
+bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
+                LogFollower* follower)
 {
     if (hasTimes_) {
-        calendar_ = readYears(*log_, options_.year);
+        times_ = readTimes(*log_);
+        calendar_ = times_;
+        finish(calendar_, *log_, options_.year);
+        known_ = log_->lines() - (log_->lines() > 0 ? 1 : 0); // the last may be incomplete
     }
-    range_ = range ? *range
-                   : rangeOf(options_.since, options_.until, calendar_.first(), calendar_.last());
+    if (follower == nullptr || calendar_.last()) { // else what is to come has no bounds yet
+        range_ = range.value_or(
+            rangeOf(options_.since, options_.until, calendar_.first(), calendar_.last()));
+    }
     if (!isPossible(range_, path)) {
         return false;
     }
@@ -78,7 +96,8 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path)
         if (options_.action == Action::CheckLogs) {
             return check(text, line);
         }
-        const Glance glance = glances ? glanceAt(text) : Glance();
+        const bool isGlanced = glances && !isNew(line);
+        const Glance glance = isGlanced ? glanceAt(text) : Glance();
         const bool isEvent = glance.kind == LineKind::Event;
         const bool passes = glance.kind == LineKind::NoEvent ||
                             (mayPass && isEvent && !options_.events.selects(glance.code));
@@ -88,29 +107,29 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path)
             look(text, line, glance);
         }
     };
-    log_->read(lookAt, flushOutput);
-    while (!held_.empty()) {
-        showHeld(std::move(options_.reverse ? held_.back() : held_.front()));
-        options_.reverse ? held_.pop_back() : held_.pop_front();
+    isFollowing_ = follower != nullptr;
+    if (isFollowing_) {
+        log_->follow(*follower, lookAt, flushOutput);
+    } else {
+        log_->read(lookAt, flushOutput);
     }
+    endHolding();
     log_->close();
     if (path.empty() && !display_.anyFound()) {
-        reportRange();
+        explainNothing(range_, calendar_.first(), calendar_.last());
     }
     display_.counts().addLog(log_->path().text, !log_->failed());
     return !log_->failed();
 }
 
-// Says why nothing can be in the range.
-void Query::reportRange() const
+void Query::endHolding()
 {
-    const std::string first = calendar_.first() ? isoTime(*calendar_.first()) : "";
-    const std::string last = calendar_.last() ? isoTime(*calendar_.last()) : range_.until;
-    if (range_.since > last) {
-        report("-S is " + range_.since + ", after the last event, " + last);
-    } else if (range_.until < first) {
-        report("-U is " + range_.until + ", before the first event, " + first);
+    while (!held_.empty()) {
+        showHeld(std::move(options_.reverse ? held_.back() : held_.front()));
+        options_.reverse ? held_.pop_back() : held_.pop_front();
     }
+    matches_.clear();
+    holds_ = false;
 }
 
 // An event without a time belongs to the time before it.
@@ -132,9 +151,9 @@ void Query::check(std::string_view text, std::uint64_t line)
     if (isWanted) {
         const bool isClockSet =
             event == nullptr || !stampOf(event->time) || !calendar_.at(line, event->time).empty();
-        display_.check().addLine(
-            {log_->path().text, log_->fileOf(line).text, log_->lineInFile(line)}, text, event.get(),
-            isClockSet);
+        const auto [file, number] = log_->placeOf(line);
+        display_.check().addLine({log_->path().text, file->text, number}, text, event.get(),
+                                 isClockSet);
     }
     takeDiagnostics();
 }
@@ -149,6 +168,10 @@ void Query::look(std::string_view text, std::uint64_t line, const Glance& glance
         std::unique_ptr<EventRecord> event = readEvent(*log_, text, line);
         if (event == nullptr) {
             return;
+        }
+        if (isNew(line)) {
+            addTime(times_, line, *event);
+            calendar_ = continued(calendar_, times_, *log_, options_.year);
         }
         const bool isInTime = !needsTimes_ || isInRange(line, event->time);
         if (isInTime && options_.events.selects(event->code)) {
@@ -224,20 +247,30 @@ void Query::show(const Place& place, EventView& view)
 
 } // namespace
 
-bool isPossible(const TimeRange& range, const std::string& path)
-{
-    const bool isRightWay = range.since <= range.until;
-    if (!isRightWay) {
-        report((path.empty() ? "" : safe(path) + ": ") + "-S is " + range.since +
-               ", which is after -U, " + range.until);
-    }
-    return isRightWay;
-}
-
 bool searchLog(const Options& options, const std::shared_ptr<Log>& log, Display& display,
                Merge* merge, const std::optional<TimeRange>& range, const std::string& path)
 {
     return Query(options, log, display, merge).run(range, path);
+}
+
+bool followLog(const Options& options, Display& display)
+{
+    const std::string& path = options.logs.front();
+    Query* query = nullptr;
+    LogFollower follower(path, STDOUT_FILENO, [&query, &follower, &path] {
+        query->endHolding();
+        flushOutput();
+        if (const std::string note = follower.takeNote(); !note.empty()) {
+            report(safe(path) + ": " + note);
+        }
+    });
+    const auto log = std::make_shared<Log>(path, follower);
+    Query followed(options, log, display, nullptr);
+    query = &followed;
+    if (followed.run(std::nullopt, "", &follower)) { // nobody reads the output
+        std::raise(SIGPIPE);
+    }
+    return false;
 }
 
 } // namespace eventsviewer::query

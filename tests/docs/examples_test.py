@@ -5,8 +5,8 @@ usage: examples_test.py --program PROGRAM... [--emulator COMMAND] [--busybox] RO
 
 In Markdown a block of code marked "sh" holds commands, and one marked "text" what the commands
 before it print on both streams. In a manual an indented literal display holds commands, and one that
-is not indented what they print. Commands without such a block print nothing. A line "..." stands for
-any number of lines. A last line "^C" says that the user interrupts the commands, which is done here
+is not indented what they print. Commands without such a block print nothing. A line "..." is any
+number of lines. A last line "^C" says that the user interrupts the commands, which is done here
 once the lines above it have come. What is printed is compared without colours and without the
 carriage returns of csv.
 

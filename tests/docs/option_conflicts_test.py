@@ -7,6 +7,7 @@ usage: option_conflicts_test.py --program PROGRAM [--emulator COMMAND] MANUAL LO
 
 import argparse
 import itertools
+import os
 import re
 import subprocess
 import sys
@@ -14,8 +15,8 @@ from pathlib import Path
 
 LOG = "a log"
 OPTIONS = {"-e": ["949"], "-g": ["x"], "-S": ["08:14"], "-U": ["08:14"], "--year": ["2026"], "-n": ["1"],
-           "-C": ["1"], "-r": [], "-m": [], "--name": ["x"], "--progress": [], "-c": ["event"], "--check": [],
-           "-o table": [], "-o lines": [], "-o csv": [], "-o json": [],
+           "-C": ["1"], "-r": [], "-f": [], "-m": [], "--name": ["x"], "--progress": [], "-c": ["event"],
+           "--check": [], "-o table": [], "-o lines": [], "-o csv": [], "-o json": [],
            "--color=always": [], "--color=never": [], "--catalog": [], LOG: []}
 
 
@@ -42,7 +43,11 @@ def main():
     def is_refused(pair):
         words = [word for name in pair if name != LOG for word in [*name.split(), *OPTIONS[name]]]
         log = [] if "--catalog" in pair and LOG not in pair else [args.log]
-        return subprocess.run([*command, *words, *log], capture_output=True, check=False).returncode == 2
+        reading, writing = os.pipe()
+        os.close(reading)  # -f ends if nobody reads what it shows
+        with os.fdopen(writing) as nobody:
+            return subprocess.run([*command, *words, *log], stdin=subprocess.DEVNULL, stdout=nobody,
+                                  stderr=subprocess.DEVNULL, check=False).returncode == 2
 
     # A word of its own that is given twice, such as -o, is another mistake.
     pairs = [pair for pair in itertools.combinations(OPTIONS, 2)

@@ -7,8 +7,35 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <zlib.h>
 
+#include <new>
 #include <string>
+
+namespace {
+
+bool isMemoryForStreams = true;
+bool isMemoryForData = true;
+
+} // namespace
+
+// The linker redirects the program's own calls to these (--wrap). NOLINTBEGIN
+extern "C" {
+
+int __real_inflateInit2_(z_stream* stream, int bits, const char* version, int size);
+int __real_inflate(z_stream* stream, int flush);
+
+int __wrap_inflateInit2_(z_stream* stream, int bits, const char* version, int size)
+{
+    return isMemoryForStreams ? __real_inflateInit2_(stream, bits, version, size) : Z_MEM_ERROR;
+}
+
+int __wrap_inflate(z_stream* stream, int flush)
+{
+    return isMemoryForData ? __real_inflate(stream, flush) : Z_MEM_ERROR;
+}
+}
+// NOLINTEND
 
 namespace eventsviewer {
 namespace {
@@ -66,6 +93,24 @@ TEST_F(LogBytesTest, GivesWhatComesBeforeTheError)
     EXPECT_EQ(kCutOff, readOf(kPacked.substr(0, 2)));
     EXPECT_EQ("one\ntwo\n" + kDamaged, readOf(kPacked + "xx"));
     EXPECT_EQ(kDamaged, readOf("\x1f\x8bxxxxxxxx"s));
+    std::string wrong = kPacked;
+    wrong[wrong.size() - 8] = 'x'; // the checksum
+    EXPECT_EQ("one\ntwo\n" + kDamaged, readOf(wrong));
+    // A thousand times the same letter, cut off after its last bit.
+    EXPECT_EQ(
+        std::string(1000, 'a') + kCutOff,
+        readOf("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\x4b\x4c\x1c\x05\xa3\x60\x14\x0c\x77\x00"s,
+               6));
+}
+
+TEST_F(LogBytesTest, ThrowsWithoutMemory)
+{
+    isMemoryForStreams = false;
+    EXPECT_THROW(readOf(kPacked), std::bad_alloc);
+    isMemoryForStreams = true;
+    isMemoryForData = false;
+    EXPECT_THROW(readOf(kPacked), std::bad_alloc);
+    isMemoryForData = true;
 }
 
 TEST_F(LogBytesTest, NamesOtherForms)

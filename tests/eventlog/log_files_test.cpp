@@ -1,7 +1,10 @@
 #include "eventlog/log_files.h"
 
+#include "support/temporary_folder.h"
+
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -14,7 +17,21 @@ TEST(FileNamesOf, TheCompressedOneComesFirst)
 {
     EXPECT_EQ((Names{"L.0.gz", "L.0", "L.gz", "L"}), fileNamesOf("L"));
     EXPECT_EQ((Names{"L.0.gz", "L.0", "L.gz"}), fileNamesOf("L.gz"));
+    EXPECT_EQ((Names{".gz.0.gz", ".gz.0", ".gz.gz", ".gz"}), fileNamesOf(".gz"));
     EXPECT_EQ(Names{"-"}, fileNamesOf("-"));
+}
+
+TEST(FindLogs, LeavesOutOnlyALogWithoutAFileOfItsOwn)
+{
+    const TemporaryFolder folder;
+    const std::string log = folder.write("log", "");
+    const std::string sameLog = folder.path("same");
+    std::filesystem::create_symlink(log, sameLog);
+    EXPECT_EQ((Names{log}), findLogs({log, sameLog}, "").paths);
+    folder.write("same.0", "");
+    EXPECT_EQ((Names{sameLog}), findLogs({log, sameLog}, "").paths);
+    folder.write("log.0", "");
+    EXPECT_EQ((Names{log, sameLog}), findLogs({log, sameLog}, "").paths);
 }
 
 TEST(DistinctParts, AreAsShortAsTheyCanBe)

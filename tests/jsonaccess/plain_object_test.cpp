@@ -23,11 +23,11 @@ std::string restOf(std::string_view text)
     return std::string(end, text.data() + text.size());
 }
 
-std::string written(std::string_view texts)
+std::string written(std::string_view object)
 {
     std::string json = "left over";
-    const auto members = readPlainTexts(texts);
-    EXPECT_TRUE(members.has_value()) << texts;
+    const auto members = readPlainTexts(object);
+    EXPECT_TRUE(members.has_value()) << object;
     writeTexts(members.value_or(PlainMembers()), json);
     return json;
 }

@@ -30,7 +30,7 @@ JSONCPP, GLIBC = {"12": ("libjsoncpp25", "2.34"), "13": ("libjsoncpp26", "2.38")
 
 # The arguments of each program, and the file with what it prints then.
 PROGRAMS = {"events-viewer": (["--show", "-n", "3", "--input_file", SAMPLE], "last_3_events"),
-            "events-query": (["-n", "3", "-o", "lines", SAMPLE], "last_3_lines")}
+            "events-query": (["-n", "3", SAMPLE], "last_3_rows")}
 DOC = "usr/share/doc"
 
 

@@ -156,16 +156,17 @@ private:
 
         const char* end = nullptr;
         const auto object = jsonaccess::readPlainObject(text, &end);
-        const char* endOfTexts = nullptr;
-        const auto texts = jsonaccess::readPlainTexts(text, &endOfTexts);
+        const char* endOfStrings = nullptr;
+        const auto strings = jsonaccess::readPlainTexts(text, &endOfStrings);
         stopped_ = static_cast<std::size_t>(end - begin);
         undecided_ = !object.has_value() && stopped_ == size;
         if (object.has_value()) {
             compare(text, *object);
-            check(!texts.has_value() || end == endOfTexts, text, "the end of an object of texts");
+            check(!strings.has_value() || end == endOfStrings, text,
+                  "the end of an object of strings");
         }
-        check(texts.has_value() == (object.has_value() && isOfTexts(object->members)), text,
-              "an object of texts");
+        check(strings.has_value() == (object.has_value() && isOfTexts(object->members)), text,
+              "an object of strings");
         return object.has_value();
     }
 

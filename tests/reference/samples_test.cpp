@@ -30,7 +30,7 @@ TEST(EverySample, HasEveryCode)
 }
 
 /// The values of the variable `key`, as JSON, in the samples of `description` whose other variables
-/// are all strings. "missing" stands for none, "all missing" for no variables.
+/// are all strings. "missing" means none, "all missing" no variables.
 std::set<std::string> valuesOf(const std::string& key, const vocabulary::Description& description,
                                const std::vector<Sample>& samples)
 {

@@ -1,12 +1,13 @@
-// Linked into the programs of the coverage build, so that a process that ends by abort, _exit or
-// _Exit writes its profile like any other, also if calls of it fail. The linker redirects their
-// calls of _exit and _Exit to this file (--wrap).
+// Linked into the programs of the coverage build, so that a process that ends by _exit, _Exit or a
+// common signal writes its profile like any other, also if calls of it fail. The linker redirects
+// their calls of _exit and _Exit to this file (--wrap).
 
 #include <dlfcn.h>
 #include <sys/resource.h>
 
 #include <csignal>
 #include <cstdlib>
+#include <initializer_list>
 
 namespace {
 
@@ -47,16 +48,22 @@ int __llvm_profile_register_write_file_atexit();
 
 namespace {
 
-void writeProfile(int /*signal*/) // abort goes on afterwards
+void writeProfileAndEnd(int signal)
 {
     endFailures();
     __llvm_profile_write_file();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal); // acts when this returns
 }
 
 struct ProfileAtAnyEnd {
     ProfileAtAnyEnd()
     {
-        std::signal(SIGABRT, writeProfile);
+        for (const int signal : {SIGABRT, SIGPIPE, SIGINT, SIGTERM}) {
+            if (std::signal(signal, writeProfileAndEnd) == SIG_IGN) {
+                std::signal(signal, SIG_IGN);
+            }
+        }
         __llvm_profile_register_write_file_atexit(); // now, so that it is called after the next one
         std::atexit(endFailures);
     }
