@@ -1,12 +1,10 @@
 // The input is lines of a log. Each line is read as events-query reads it.
 //
 // - What is told of a line at a glance is what the reference reads: whether it has an event, its
-// code
-//   and its time.
+//   code and its time.
 // - What is shown of an event makes the row that the reference makes.
 // - The JSON of an event is read by JsonCpp in its strictest mode. It has the time, the code, the
-// name
-//   and the detail, but for bytes that JSON cannot hold.
+//   name and the detail, but for bytes that JSON cannot hold.
 // - One event is one line of "lines", and no format but csv shows a control character.
 // - A line without an event, and one that JsonCpp refuses in its strictest mode, has a finding.
 // - An event is the same after all this: its diagnostics are those of the reference.

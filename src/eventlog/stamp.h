@@ -31,8 +31,10 @@ int secondOf(std::string_view clock);
 /// The day of a leap year, 1 to 366.
 int dayOfYear(const Stamp& stamp);
 
+/// Whether the year has a Feb 29.
 bool isLeapYear(int year);
 
+/// When `stamp` is in the year `year`.
 Moment momentOf(int year, const Stamp& stamp);
 
 /// The year in which `moment` is.

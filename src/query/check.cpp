@@ -2,8 +2,9 @@
 
 #include "describe/describe_event.h"
 #include "describe/line_check.h"
-#include "eventlog/escapes.h"
 #include "eventlog/lines.h"
+#include "eventlog/stamp.h"
+#include "eventlog/terminal.h"
 
 #include <cstddef>
 #include <optional>
@@ -24,15 +25,14 @@ std::string beginOf(std::string_view line)
 
 void Check::begin()
 {
-    appendHeader(
-        out_, format_,
-        {{"type"}, {"kind"}, {"count"}, {"effect"}, {"text"}, {"file"}, {"line"}, {"log"}});
+    out_ += format_ == Format::Csv ? "type,kind,count,effect,text,file,line,log\r\n" : "";
 }
 
 void Check::addRow(const char* type, const std::string& kind, std::uint64_t count,
-                   const std::string& effect, const std::string& text, const Noted& place)
+                   const std::string& effect, const std::string& text, const LinePlace& place)
 {
     const std::string number = std::to_string(count);
+    const std::string line = std::to_string(place.line);
     if (format_ != Format::Table) {
         appendRecord(out_, format_,
                      {{"type", type},
@@ -41,14 +41,13 @@ void Check::addRow(const char* type, const std::string& kind, std::uint64_t coun
                       {"effect", effect},
                       {"text", text},
                       {"file", place.file},
-                      {"line", std::to_string(place.line), true},
+                      {"line", line, true},
                       {"log", place.log}});
     } else if (place.file.empty()) {
         out_ += kind + ": " + number + '\n';
     } else {
         const bool isNote = effect.empty();
-        out_ += safe(place.file) + ':' + std::to_string(place.line) + ": " +
-                (isNote ? "note: " : "") + kind;
+        out_ += safe(place.file) + ':' + line + ": " + (isNote ? "note: " : "") + kind;
         out_ += (isNote ? "" : ": " + effect) + (text.empty() ? "" : ": " + text);
         out_ += count > 1 ? " (" + number + " times)\n" : "\n";
     }
@@ -58,15 +57,15 @@ void Check::addNote(const LinePlace& place, const char* kind, const std::string&
 {
     Noted& note = notes_[{kind, value}];
     if (note.count++ == 0) {
-        note.log = place.log;
-        note.file = place.file;
-        note.line = place.line;
+        note.first = place;
     }
 }
 
-void Check::addLine(const LinePlace& place, std::string_view text, const EventRecord* event,
-                    bool isClockSet)
+void Check::addLine(const Log& log, std::uint64_t line, std::string_view text,
+                    const EventRecord* event, std::string_view at)
 {
+    const auto [file, number] = log.placeOf(line);
+    const LinePlace place = {log.path().text, file->text, number};
     constexpr std::string_view kOuter("\r\0 \t", 4);
     const std::string_view object = text.substr(std::min(firstBrace(text), text.size()));
     const std::string_view before = text.substr(0, text.size() - object.size());
@@ -92,8 +91,7 @@ void Check::addLine(const LinePlace& place, std::string_view text, const EventRe
     events_ += event != nullptr ? 1 : 0;
     if (finding) {
         ++findings_[finding->kind];
-        addRow("finding", finding->kind, 1, safe(finding->effect), beginOf(text),
-               {place.log, place.file, place.line, 1});
+        addRow("finding", finding->kind, 1, safe(finding->effect), beginOf(text), place);
         return;
     }
     for (const Note& note : notes) {
@@ -105,7 +103,7 @@ void Check::addLine(const LinePlace& place, std::string_view text, const EventRe
     if (has(after, '\r')) {
         addNote(place, "carriage return", "");
     }
-    if (!isClockSet) {
+    if (event != nullptr && at.empty() && stampOf(event->time)) {
         addNote(place, "clock not set", "");
     }
 }
@@ -127,7 +125,7 @@ bool Check::finish()
     Counts notes;
     for (const auto& [note, noted] : notes_) {
         notes[note.first] += noted.count;
-        addRow("note", note.first, noted.count, "", safe(note.second), noted);
+        addRow("note", note.first, noted.count, "", safe(note.second), noted.first);
     }
     addRow("summary", "lines", lines_, "", "", {});
     addRow("summary", "events", events_, "", "", {});

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "eventlog/event_record.h"
-#include "query/event_view.h"
+#include "eventlog/log.h"
 #include "query/writers.h"
 
 #include <cstdint>
@@ -11,13 +11,6 @@
 #include <utility>
 
 namespace eventsviewer::query {
-
-/// Where a line is.
-struct LinePlace {
-    const std::string& log;
-    const std::string& file;
-    std::uint64_t line; ///< of the file
-};
 
 /// Tells what is wrong with the lines of a log, then what is remarkable, then how much of all:
 ///
@@ -32,26 +25,30 @@ public:
     /// Adds what comes before all rows.
     void begin();
 
-    /// Adds a row if something is wrong with the line `text`, which gives `event`, or null. Without
-    /// data, the line was too long. `isClockSet` tells whether the time of the event is known.
-    void addLine(const LinePlace& place, std::string_view text, const EventRecord* event,
-                 bool isClockSet);
+    /// Adds a row if something is wrong with the line `text`, line `line` of `log`, which gives
+    /// `event`, or null. Without data, the line was too long. `isClockSet` tells whether the time
+    /// of the event is known.
+    void addLine(const Log& log, std::uint64_t line, std::string_view text,
+                 const EventRecord* event, std::string_view at);
 
     /// Adds the notes and the summary. Returns whether there was a finding.
     bool finish();
 
 private:
-    struct Noted {
+    struct LinePlace {
         std::string log;
         std::string file;
-        std::uint64_t line = 0; // the first one
+        std::uint64_t line = 0; // of the file
+    };
+    struct Noted {
+        LinePlace first;
         std::uint64_t count = 0;
     };
     using Counts = std::map<std::string, std::uint64_t>;
 
     void addNote(const LinePlace& place, const char* kind, const std::string& value);
     void addRow(const char* type, const std::string& kind, std::uint64_t count,
-                const std::string& effect, const std::string& text, const Noted& place);
+                const std::string& effect, const std::string& text, const LinePlace& place);
     void addSummary(const char* name, const Counts& kinds);
 
     std::string& out_;

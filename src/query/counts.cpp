@@ -2,11 +2,12 @@
 
 #include "catalog/event_names.h"
 #include "eventlog/stamp.h"
+#include "eventlog/terminal.h"
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
-#include <set>
 #include <tuple>
 #include <utility>
 
@@ -56,9 +57,7 @@ std::string takeCountKeys(std::string_view names, std::vector<CountKey>& keys)
     return keys.size() == 2 && areSame ? "one of the two says it all" : "";
 }
 
-Counts::Counts(const std::vector<CountKey>& keys)
-    : keys_(keys),
-      time_(static_cast<std::size_t>(std::find_if(keys.begin(), keys.end(), isTime) - keys.begin()))
+Counts::Counts(const std::vector<CountKey>& keys) : keys_(keys)
 {
     const auto isOfCode = [](CountKey key) {
         return key == CountKey::Event || key == CountKey::Log;
@@ -70,19 +69,19 @@ Counts::Counts(const std::vector<CountKey>& keys)
 void Counts::add(const EventView& event)
 {
     Values values;
-    for (const CountKey key : keys_) {
-        values.emplace_back(valueOf(key, event));
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        values[i] = valueOf(keys_[i], event);
     }
-    ++counts_[std::move(values)];
+    ++counts_[values];
 }
 
 void Counts::addToRow(std::string_view event, std::string_view log, std::uint64_t count)
 {
     Values values;
-    for (const CountKey key : keys_) {
-        values.emplace_back(key == CountKey::Log ? log : event);
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        values[i] = keys_[i] == CountKey::Log ? log : event;
     }
-    counts_[std::move(values)] += count;
+    counts_[values] += count;
 }
 
 void Counts::addLog(const std::string& path, bool isRead)
@@ -92,80 +91,74 @@ void Counts::addLog(const std::string& path, bool isRead)
             addToRow(eventNameFor(static_cast<std::int32_t>(code)), path, count);
         }
     }
-    for (const auto& [code, count] : std::exchange(otherCodes_, {})) {
+    for (const auto& [code, count] : otherCodes_) {
         addToRow(eventNameFor(code), path, count);
     }
+    otherCodes_.clear();
     if (isRead) {
-        logs_.push_back(path);
+        logs_.insert(path);
     }
 }
 
-void Counts::addEmptyLogs()
+// In the order of time, and the most frequent first. A log, day or hour without an event has a row
+// too.
+std::list<Counts::Row> Counts::orderedRows()
 {
-    const auto log = std::find(keys_.begin(), keys_.end(), CountKey::Log);
-    std::set<std::string> logs;
-    for (const auto& row : counts_) {
-        if (log != keys_.end()) {
-            logs.insert(row.first[static_cast<std::size_t>(log - keys_.begin())]);
+    const auto indexOf = [this](auto isKey) {
+        return static_cast<std::size_t>(std::find_if(keys_.begin(), keys_.end(), isKey) -
+                                        keys_.begin());
+    };
+    const std::size_t log = indexOf([](CountKey key) { return key == CountKey::Log; });
+    if (log < keys_.size()) {
+        for (const auto& row : counts_) {
+            logs_.erase(row.first[log]);
         }
-    }
-    for (const std::string& path : logs_) {
-        if (log != keys_.end() && logs.count(path) == 0) {
+        for (const std::string& path : logs_) {
             addToRow("", path, 0);
         }
     }
-}
-
-// In the order of time, and the most frequent first. Between two times, those without an event have
-// rows too.
-std::vector<Counts::Row> Counts::orderedRows() const
-{
-    std::vector<Row> counted;
-    for (const auto& [values, count] : counts_) {
-        counted.push_back({values, count});
-    }
-    const auto timeOf = [this](const Row& row) {
-        return time_ < keys_.size() ? std::string_view(row.values[time_]) : std::string_view();
+    std::list<Row> rows(counts_.begin(), counts_.end());
+    const std::size_t time = indexOf(isTime);
+    const auto timeOf = [this, time](const Row& row) {
+        return time < keys_.size() ? std::string_view(row.first[time]) : std::string_view();
     };
-    std::sort(counted.begin(), counted.end(), [timeOf](const Row& one, const Row& other) {
-        return std::forward_as_tuple(timeOf(one), other.count, one.values) <
-               std::forward_as_tuple(timeOf(other), one.count, other.values);
+    rows.sort([timeOf](const Row& one, const Row& other) {
+        return std::forward_as_tuple(timeOf(one), other.second, one.first) <
+               std::forward_as_tuple(timeOf(other), one.second, other.first);
     });
-    std::vector<Row> rows;
-    for (Row& row : counted) {
-        if (!rows.empty()) {
-            for (const std::string& period : periodsBetween(timeOf(rows.back()), timeOf(row))) {
-                rows.push_back({Values(keys_.size()), 0});
-                rows.back().values[time_] = period;
-            }
+    auto before = rows.begin();
+    for (auto row = rows.begin(); row != rows.end(); before = row++) {
+        for (const std::string& period : periodsBetween(timeOf(*before), timeOf(*row))) {
+            rows.insert(row, Row())->first[time] = period;
         }
-        rows.push_back(std::move(row));
     }
     return rows;
 }
 
-void Counts::appendTable(std::string& out, const std::vector<Row>& rows, std::size_t width) const
+void Counts::appendTable(std::string& out, const std::list<Row>& rows, std::size_t width) const
 {
-    std::vector<std::size_t> columns(keys_.size());
+    std::array<std::size_t, 2> columns = {};
     std::uint64_t most = 1;
-    for (const Row& row : rows) {
-        most = std::max(most, row.count);
-        for (std::size_t i = 0; i < columns.size(); ++i) {
-            columns[i] = std::max(columns[i], columnsOf(oneLine(row.values[i])) + 1);
+    for (const auto& [values, count] : rows) {
+        most = std::max(most, count);
+        for (std::size_t i = 0; i < keys_.size(); ++i) {
+            columns[i] = std::max(columns[i], columnsOf(oneLine(values[i])) + 1);
         }
     }
     const std::size_t digits = std::to_string(most).size();
-    const std::size_t others = std::accumulate(columns.begin(), columns.end(), digits + 1);
+    const std::size_t others = digits + 1 + columns[0] + columns[1];
     const std::size_t bar = std::max(width, others + kLeastBar) - others;
-    for (const Row& row : rows) {
-        const std::string count = std::to_string(row.count);
-        const std::size_t length = static_cast<std::size_t>((row.count * bar + most - 1) / most);
-        std::string line = std::string(digits - count.size(), ' ') + count + ' ';
-        line += std::string(length, '#');
+    for (const auto& [values, count] : rows) {
+        const std::string number = std::to_string(count);
+        const std::size_t length = static_cast<std::size_t>((count * bar + most - 1) / most);
+        std::string line(digits - number.size(), ' ');
+        line += number + ' ';
+        line.append(length, '#');
         std::size_t padding = bar - length;
-        for (std::size_t i = 0; i < columns.size(); ++i) {
-            const std::string value = ' ' + oneLine(row.values[i]);
-            line += std::string(padding, ' ') + value;
+        for (std::size_t i = 0; i < keys_.size(); ++i) {
+            const std::string value = ' ' + oneLine(values[i]);
+            line.append(padding, ' ');
+            line += value;
             padding = columns[i] - columnsOf(value);
         }
         line.resize(line.find_last_not_of(' ') + 1);
@@ -175,25 +168,29 @@ void Counts::appendTable(std::string& out, const std::vector<Row>& rows, std::si
 
 bool Counts::write(std::string& out, Format format, const Layout& layout)
 {
-    addEmptyLogs();
-    const std::vector<Row> rows = orderedRows();
+    const std::list<Row> rows = orderedRows();
     if (format == Format::Table) {
-        appendTable(out, rows, layout.width != 0 ? layout.width : kUsualWidth);
-    } else {
-        std::vector<Field> fields = {{"count", "", true}};
+        appendTable(out, rows, layout.width != 0 ? layout.width : terminalWidth(STDOUT_FILENO));
+    } else if (format == Format::Csv) {
+        out += "count";
         for (const CountKey key : keys_) {
-            fields.push_back({kNames[static_cast<std::size_t>(key)]});
+            out += std::string(",") + kNames[static_cast<std::size_t>(key)];
         }
-        appendHeader(out, format, fields);
-        for (const Row& row : rows) {
-            fields[0].value = std::to_string(row.count);
+        out += "\r\n";
+    }
+    std::uint64_t all = 0;
+    for (const auto& [values, count] : rows) {
+        all += count;
+        if (format != Format::Table) {
+            const std::string number = std::to_string(count);
+            std::vector<Field> fields = {{"count", number, true}};
             for (std::size_t i = 0; i < keys_.size(); ++i) {
-                fields[i + 1].value = row.values[i];
+                fields.push_back({kNames[static_cast<std::size_t>(keys_[i])], values[i]});
             }
             appendRecord(out, format, fields);
         }
     }
-    return std::any_of(rows.begin(), rows.end(), [](const Row& row) { return row.count > 0; });
+    return all > 0;
 }
 
 } // namespace eventsviewer::query

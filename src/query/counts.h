@@ -3,11 +3,15 @@
 #include "query/event_view.h"
 #include "query/writers.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <list>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace eventsviewer::query {
@@ -55,23 +59,18 @@ public:
 
 private:
     static constexpr std::size_t kUsualCodes = 4096; // all known ones, and more
-    using Values = std::vector<std::string>;         // one for each key
-    struct Row {
-        Values values;
-        std::uint64_t count;
-    };
+    using Values = std::array<std::string, 2>;       // the second is empty if there is one key
+    using Row = std::pair<Values, std::uint64_t>;
 
     void addToRow(std::string_view event, std::string_view log, std::uint64_t count);
-    void addEmptyLogs();
-    std::vector<Row> orderedRows() const;
-    void appendTable(std::string& out, const std::vector<Row>& rows, std::size_t width) const;
+    std::list<Row> orderedRows();
+    void appendTable(std::string& out, const std::list<Row>& rows, std::size_t width) const;
 
     std::vector<CountKey> keys_;
-    std::size_t time_; // the key that is a time; the number of keys if none is
     std::map<Values, std::uint64_t> counts_;
     std::vector<std::uint64_t> codes_; // empty if codes are not enough
     std::map<std::int32_t, std::uint64_t> otherCodes_;
-    std::vector<std::string> logs_; // that were read
+    std::set<std::string> logs_; // that were read
 };
 
 } // namespace eventsviewer::query

@@ -1,5 +1,6 @@
 #include "query/display.h"
 
+#include "jsonaccess/diagnostics.h"
 #include "query/messages.h"
 
 #include <tuple>
@@ -30,7 +31,7 @@ void Display::show(const Log& log, const Place& place, EventView& view)
     view.label = &log.label();
     std::tie(view.file, view.line) = log.placeOf(place.line);
     if (!counts_.isEmpty()) {
-        takeDiagnostics(); // they are about values that are not shown
+        jsonaccess::takeDiagnostics(); // they are about values that are not shown
         counts_.add(view);
         return;
     }
@@ -45,8 +46,8 @@ void Display::show(const Log& log, const Place& place, EventView& view)
     lastEvent_ = place.event;
     anyFound_ = anyFound_ || place.matches;
     appendEvent(out, options_.format, layout_, view);
-    for (const std::string& diagnostic : takeDiagnostics()) {
-        log.report(place.line, diagnostic);
+    for (const std::string& diagnostic : jsonaccess::takeDiagnostics()) {
+        log.reportLine(place.line, diagnostic);
     }
     if (out.size() > kMuchOutput) {
         flushOutput();

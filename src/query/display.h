@@ -1,9 +1,9 @@
 #pragma once
 
+#include "eventlog/log.h"
 #include "query/check.h"
 #include "query/counts.h"
 #include "query/event_view.h"
-#include "query/log.h"
 #include "query/options.h"
 
 #include <cstdint>

@@ -52,16 +52,13 @@ int main(int argc, char** argv)
     std::set_new_handler(endOutOfMemory);
     eventsviewer::setTextMemoryHandler(endOutOfMemory);
     std::set_terminate(endOutOfMemory); // the JSON library throws where a string has no memory
-    const auto options = parseOptions(argc, argv);
-    if (!options) {
-        return kError;
-    }
-    switch (options->action) {
+    const Options options = parseOptions(argc, argv);
+    switch (options.action) {
     case Action::ShowEvents:
     case Action::CheckLogs:
-        return showEvents(*options);
+        return showEvents(options);
     case Action::ListCatalog:
-        return listCatalog(*options);
+        return listCatalog(options);
     case Action::ShowHelp:
         return show(kHelp);
     case Action::ShowVersion:

@@ -1,6 +1,6 @@
 #include "query/options.h"
 
-#include "eventlog/escapes.h"
+#include "eventlog/terminal.h"
 #include "query/messages.h"
 
 #include <getopt.h>
@@ -16,44 +16,34 @@ namespace eventsviewer::query {
 
 namespace {
 
-struct UsageError {
-    std::string text;
-};
+[[noreturn]] void refuse(const std::string& usage)
+{
+    report(safe(usage) + " (see events-query --help)");
+    std::exit(kError);
+}
 
 // What an option without a letter is known by here.
 // The conflicts below have their numbers.
 enum : char { kCatalog = 1, kColour, kVersion, kYear, kName, kProgress, kCheck };
 
 const option kLongOptions[] = {
-    {"event", required_argument, nullptr, 'e'},
-    {"grep", required_argument, nullptr, 'g'},
-    {"since", required_argument, nullptr, 'S'},
-    {"until", required_argument, nullptr, 'U'},
-    {"year", required_argument, nullptr, kYear},
-    {"number", required_argument, nullptr, 'n'},
-    {"context", required_argument, nullptr, 'C'},
-    {"reverse", no_argument, nullptr, 'r'},
-    {"follow", no_argument, nullptr, 'f'},
-    {"merge", no_argument, nullptr, 'm'},
-    {"name", required_argument, nullptr, kName},
-    {"count", required_argument, nullptr, 'c'},
-    {"output", required_argument, nullptr, 'o'},
-    {"color", optional_argument, nullptr, kColour},
-    {"progress", no_argument, nullptr, kProgress},
-    {"check", no_argument, nullptr, kCheck},
-    {"catalog", no_argument, nullptr, kCatalog},
-    {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, kVersion},
-    {nullptr, 0, nullptr, 0},
+    {"event", required_argument, nullptr, 'e'},    {"grep", required_argument, nullptr, 'g'},
+    {"since", required_argument, nullptr, 'S'},    {"until", required_argument, nullptr, 'U'},
+    {"year", required_argument, nullptr, kYear},   {"number", required_argument, nullptr, 'n'},
+    {"context", required_argument, nullptr, 'C'},  {"reverse", no_argument, nullptr, 'r'},
+    {"follow", no_argument, nullptr, 'f'},         {"merge", no_argument, nullptr, 'm'},
+    {"name", required_argument, nullptr, kName},   {"count", required_argument, nullptr, 'c'},
+    {"output", required_argument, nullptr, 'o'},   {"color", optional_argument, nullptr, kColour},
+    {"progress", no_argument, nullptr, kProgress}, {"check", no_argument, nullptr, kCheck},
+    {"catalog", no_argument, nullptr, kCatalog},   {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, kVersion},   {nullptr, 0, nullptr, 0},
 };
 constexpr const char* kLetters = ":e:g:S:U:n:C:rfmc:o:h";
 
 constexpr std::int32_t kFollowedNumber = 10;
 // Options that mean nothing together. The manual has the same table.
-constexpr std::pair<char, std::string_view> kConflicts[] = {{'c', "rfC"},
-                                                            {'f', "rm\5\6"},
-                                                            {kCheck, "gnrfmCc\4\1"},
-                                                            {kCatalog, "SUnrfmCc\4\5\6"}};
+constexpr std::pair<char, std::string_view> kConflicts[] = {
+    {'c', "rfC"}, {'f', "rm\5\6"}, {kCheck, "gnrfmCc\4\1"}, {kCatalog, "SUnrfmCc\4\5\6"}};
 
 // What users of events-viewer try.
 constexpr std::pair<char, const char*> kHints[] = {
@@ -90,20 +80,20 @@ std::string nameOf(char letter)
     return std::string("-") + letter;
 }
 
-// What getopt_long finds wrong, which has read up to `argument`.
-UsageError unknownOption(char letter, const char* argument)
+// Refuses what getopt_long does not know, which has read up to `argument`.
+[[noreturn]] void refuseOption(char letter, const char* argument)
 {
     for (const auto& [tried, text] : kHints) {
         if (tried == letter) {
-            return {text};
+            refuse(text);
         }
     }
     if (letter == '\0') {
-        return {argument + std::string(": no such option, or more than one begins like this")};
+        refuse(argument + std::string(": no such option, or more than one begins like this"));
     }
     const bool isKnown =
         letter <= kCheck || (letter != ':' && std::strchr(kLetters, letter) != nullptr);
-    return {nameOf(letter) + (isKnown ? " takes no value" : ": no such option")};
+    refuse(nameOf(letter) + (isKnown ? " takes no value" : ": no such option"));
 }
 
 // The number that `text` is; nothing if it is not a whole one from `least` to `most`.
@@ -122,7 +112,7 @@ void take(Options& options, char letter, const char* value)
     // `taken` tells whether the value was right.
     const auto require = [letter, value](bool taken, const std::string& otherwise) {
         if (!taken) {
-            throw UsageError{nameOf(letter) + ' ' + value + ": " + otherwise};
+            refuse(nameOf(letter) + ' ' + value + ": " + otherwise);
         }
     };
     constexpr const char* kTimes = "not a time; give 'Nov 20 08:14', 08:14, -2h or 2026-11-20";
@@ -160,7 +150,7 @@ void take(Options& options, char letter, const char* value)
     case kColour:
         options.colour = value != nullptr ? value : "always";
         if (options.colour != "auto" && options.colour != "always" && options.colour != "never") {
-            throw UsageError{"--color=" + options.colour + ": give auto, always or never"};
+            refuse("--color=" + options.colour + ": give auto, always or never");
         }
         return;
     case 'r':
@@ -190,25 +180,26 @@ void checkTogether(const Options& options, const std::string& given)
     for (const auto& [one, others] : kConflicts) {
         const std::size_t other = given.find_first_of(others);
         if (given.find(one) != std::string::npos && other != std::string::npos) {
-            throw UsageError{nameOf(one) + " and " + nameOf(given[other]) +
-                             " mean nothing together"};
+            refuse(nameOf(one) + " and " + nameOf(given[other]) + " mean nothing together");
         }
     }
     const bool isTable = options.format == Format::Table;
     const bool isCatalog = options.action == Action::ListCatalog;
     const bool isOfEvents = options.action == Action::ShowEvents && options.count.empty();
     if (options.colour == "always" && (!isTable || !isOfEvents)) {
-        throw UsageError{"--color=always means nothing without a table of events"};
+        refuse("--color=always means nothing without a table of events");
     }
     if (!isOfEvents && !isCatalog && options.format == Format::Lines) {
-        throw UsageError{"-c and --check are shown with -o table, csv or json"};
+        refuse("-c and --check are shown with -o table, csv or json");
     }
     if (isCatalog && !isTable && options.format != Format::Json) {
-        throw UsageError{"--catalog is shown with -o table or -o json"};
+        refuse("--catalog is shown with -o table or -o json");
     }
 }
 
-Options parsed(int argc, char** argv)
+} // namespace
+
+Options parseOptions(int argc, char** argv)
 {
     Options options;
     std::string given;
@@ -217,13 +208,13 @@ Options parsed(int argc, char** argv)
     while ((found = getopt_long(argc, argv, kLetters, kLongOptions, nullptr)) != -1) {
         const auto letter = static_cast<char>(found);
         if (letter == ':') {
-            throw UsageError{nameOf(static_cast<char>(optopt)) + " needs a value"};
+            refuse(nameOf(static_cast<char>(optopt)) + " needs a value");
         }
         if (letter == '?') {
-            throw unknownOption(static_cast<char>(optopt), argv[optind - 1]);
+            refuseOption(static_cast<char>(optopt), argv[optind - 1]);
         }
         if (letter != 'e' && given.find(letter) != std::string::npos) {
-            throw UsageError{nameOf(letter) + " is given twice"};
+            refuse(nameOf(letter) + " is given twice");
         }
         given += letter;
         take(options, letter, optarg);
@@ -233,27 +224,15 @@ Options parsed(int argc, char** argv)
     }
     const std::vector<std::string> logs(argv + optind, argv + argc);
     if (!logs.empty() && options.action == Action::ListCatalog) {
-        throw UsageError{"--catalog reads no log"};
+        refuse("--catalog reads no log");
     }
     options.logs = logs.empty() ? options.logs : logs;
     checkTogether(options, given);
     if (options.follow && (options.logs.size() > 1 || options.logs[0] == "-")) {
-        throw UsageError{"-f follows one log, which is a file"};
+        refuse("-f follows one log, which is a file");
     }
     options.layout = layoutOfTerminal(isColourful(options.colour));
     return options;
-}
-
-} // namespace
-
-std::optional<Options> parseOptions(int argc, char** argv)
-{
-    try {
-        return parsed(argc, argv);
-    } catch (const UsageError& error) {
-        report(safe(error.text) + " (see events-query --help)");
-        return std::nullopt;
-    }
 }
 
 } // namespace eventsviewer::query

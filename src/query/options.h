@@ -3,8 +3,8 @@
 #include "catalog/event_filter.h"
 #include "eventlog/time_bound.h"
 #include "query/counts.h"
-#include "query/filters.h"
 #include "query/writers.h"
+#include "text/text_filter.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -14,6 +14,7 @@
 
 namespace eventsviewer::query {
 
+/// What a run does.
 enum class Action { ShowEvents, CheckLogs, ListCatalog, ShowHelp, ShowVersion };
 
 /// The settings of one run.
@@ -37,6 +38,7 @@ struct Options {
     std::string colour = "auto";
     Layout layout;
 
+    /// Whether times are asked for.
     bool hasRange() const { return since || until; }
 
     /// Whether the years of each log are needed.
@@ -48,8 +50,8 @@ struct Options {
     }
 };
 
-/// The settings that a command line asks for. Nothing after a usage error, which is reported on
-/// standard error. Reorders `argv` as getopt does, and can be called once in a process.
-std::optional<Options> parseOptions(int argc, char** argv);
+/// The settings that a command line asks for. A usage error is reported on standard error and ends
+/// the process. Reorders `argv` as getopt does, and can be called once in a process.
+Options parseOptions(int argc, char** argv);
 
 } // namespace eventsviewer::query

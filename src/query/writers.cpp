@@ -1,6 +1,6 @@
 #include "query/writers.h"
 
-#include "eventlog/escapes.h"
+#include "eventlog/terminal.h"
 #include "jsonaccess/json_content.h"
 
 #include <algorithm>
@@ -142,16 +142,6 @@ std::string oneLine(std::string_view text)
     return line;
 }
 
-void appendHeader(std::string& out, Format format, const std::vector<Field>& fields)
-{
-    const char* before = "";
-    for (const Field& field : fields) {
-        out += format == Format::Csv ? before + std::string(field.name) : "";
-        before = ",";
-    }
-    out += format == Format::Csv ? "\r\n" : "";
-}
-
 void appendRecord(std::string& out, Format format, const std::vector<Field>& fields)
 {
     const bool isJson = format == Format::Json;
@@ -163,9 +153,11 @@ void appendRecord(std::string& out, Format format, const std::vector<Field>& fie
             appendField(out, field.value);
             continue;
         }
-        const std::string quote = field.isNumber ? "" : "\"";
-        out += '"' + std::string(field.name) + "\":" + quote;
-        out += jsonaccess::jsonContent(field.value) + quote;
+        const char* const quote = field.isNumber ? "" : "\"";
+        out += '"';
+        out += field.name;
+        out += "\":";
+        out += quote + jsonaccess::jsonContent(field.value) + quote;
     }
     out += isJson ? "}\n" : "\r\n";
 }

@@ -9,6 +9,7 @@
 
 namespace eventsviewer::query {
 
+/// How events are shown; the names are those of the option.
 enum class Format { Table, Lines, Csv, Json };
 
 /// How a table is laid out.
@@ -18,13 +19,8 @@ struct Layout {
     std::size_t logWidth = 0; ///< columns of the longest name of a log; 0 if it is not shown
 };
 
-constexpr std::size_t kUsualWidth = 80; ///< of a terminal that does not know its width
-
 /// The layout for standard output as it is now; `colour` if its names are coloured there.
 Layout layoutOfTerminal(bool colour);
-
-/// The columns that `text`, which is safe, takes on a terminal.
-std::size_t columnsOf(std::string_view text);
 
 /// What comes before all events in this format.
 std::string headerOf(Format format);
@@ -38,12 +34,9 @@ std::string oneLine(std::string_view text);
 /// A value of a record, which is a row of csv or an object of json, and its column or key.
 struct Field {
     const char* name;
-    std::string value = {};
+    std::string_view value = {};
     bool isNumber = false;
 };
-
-/// Adds what comes before all records with such fields in csv or json.
-void appendHeader(std::string& out, Format format, const std::vector<Field>& fields);
 
 /// Adds a record in csv or json.
 void appendRecord(std::string& out, Format format, const std::vector<Field>& fields);
