@@ -1,7 +1,6 @@
 #include "query/merge.h"
 
 #include <algorithm>
-#include <numeric>
 #include <set>
 #include <utility>
 
@@ -18,7 +17,7 @@ void Merge::add(Found found)
     }
 }
 
-std::vector<Found> Merge::take()
+std::list<Found> Merge::take()
 {
     sort(true);
     return std::move(found_);
@@ -33,18 +32,10 @@ void Merge::sort(bool isComplete)
     if (!isComplete) {
         shown.emplace(found_.back().log.get(), found_.back().event);
     }
-    std::vector<std::size_t> order(found_.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
-        const int difference = oneLog_ ? 0 : found_[one].at.compare(found_[other].at);
-        return difference != 0 ? difference < 0 : one < other;
-    });
-    std::vector<Found> sorted;
-    sorted.reserve(found_.size());
-    for (const std::size_t index : order) {
-        sorted.push_back(std::move(found_[index]));
+    // Events of the same time stay in their order.
+    if (!oneLog_) {
+        found_.sort([](const Found& one, const Found& other) { return one.at < other.at; });
     }
-    found_ = std::move(sorted);
     matches_ = 0;
     for (auto found = found_.rbegin(); found != found_.rend(); ++found) {
         found->matches = found->matches && matches_ < number_;
@@ -59,7 +50,7 @@ void Merge::sort(bool isComplete)
         return !found.matches && (near == shown.end() || near->first != found.log.get() ||
                                   near->second > found.event + context_);
     };
-    found_.erase(std::remove_if(found_.begin(), found_.end(), isTooOld), found_.end());
+    found_.remove_if(isTooOld);
 }
 
 } // namespace eventsviewer::query

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <list>
 
 namespace eventsviewer::query {
 
@@ -19,11 +19,13 @@ public:
     {
     }
 
+    bool isEmpty() const { return found_.empty(); }
+
     /// Adds an event. Those of a log come one after the other in their order.
     void add(Found found);
 
     /// The events that are shown, oldest first.
-    std::vector<Found> take();
+    std::list<Found> take();
 
     /// How many events that match were added.
     std::size_t added() const { return added_; }
@@ -34,7 +36,7 @@ private:
     std::size_t number_;
     std::size_t context_;
     bool oneLog_;
-    std::vector<Found> found_;
+    std::list<Found> found_;
     std::size_t matches_ = 0;
     std::size_t added_ = 0;
 };

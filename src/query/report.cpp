@@ -1,8 +1,8 @@
 #include "query/report.h"
 
-#include "eventlog/escapes.h"
 #include "query/display.h"
 #include "query/messages.h"
+#include "timeline/html.h"
 
 #include <algorithm>
 #include <set>
@@ -27,7 +27,7 @@ void Report::addLog(const Log& log)
                      log.label().empty() ? path : log.label(), path, Timeline()});
 }
 
-void Report::begin([[maybe_unused]] const Options& options, const std::vector<Found>& found,
+void Report::begin([[maybe_unused]] const Options& options, const std::list<Found>& found,
                    std::size_t matches)
 {
     std::set<std::string> rows;

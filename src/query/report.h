@@ -7,14 +7,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <list>
 #include <map>
 #include <string_view>
-#include <vector>
 
-namespace eventsviewer::query {
+namespace eventsviewer {
+
+class Log;
+
+namespace query {
 
 class EventView;
-class Log;
 struct Found;
 
 /// A page that shows what happened; report/page.html is its form.
@@ -31,7 +34,7 @@ public:
     }
 
     /// Adds the page up to its rows to the output. `found` are the newest of `matches` events.
-    void begin(const Options& options, const std::vector<Found>& found, std::size_t matches);
+    void begin(const Options& options, const std::list<Found>& found, std::size_t matches);
 
     /// Adds the row of an event that was found.
     void addRow(const Found& found, const EventView& view) const;
@@ -45,4 +48,5 @@ private:
     EventsAnHour hours_;
 };
 
-} // namespace eventsviewer::query
+} // namespace query
+} // namespace eventsviewer

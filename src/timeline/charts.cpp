@@ -1,7 +1,7 @@
 #include "timeline/charts.h"
 
 #include "catalog/event_names.h"
-#include "eventlog/escapes.h"
+#include "timeline/html.h"
 
 #include <algorithm>
 #include <cstddef>

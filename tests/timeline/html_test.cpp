@@ -1,4 +1,4 @@
-#include "eventlog/escapes.h"
+#include "timeline/html.h"
 
 #include <gtest/gtest.h>
 
