@@ -33,6 +33,8 @@ _events_query() {
         _events_query_names "$word"
     elif [[ $before =~ ^(--o[a-z]*=?|-[fmrh]*o)$ ]]; then
         mapfile -t COMPREPLY < <(compgen -W 'table lines csv json' -- "$word")
+    elif [[ $before =~ ^(--cou[a-z]*=?|-[rmh]*c)$ ]]; then
+        mapfile -t COMPREPLY < <(compgen -W 'event detail reason log day hour' -- "$word")
     elif [[ $before =~ ^--col[a-z]*=$ ]]; then
         mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$word")
     elif [[ $before =~ ^(--([gsuyn]|con)[a-z]*=?|-[fmrh]*[gSUnC])$ ]]; then
@@ -40,7 +42,8 @@ _events_query() {
     elif [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W '
             -e --event -g --grep -S --since -U --until --year -n --number -C --context
-            -r --reverse -f --follow -m --merge --name -o --output --color --progress --catalog
+            -r --reverse -f --follow -m --merge --name -c --count -o --output --color --progress --check
+            --catalog
             -h --help --version' -- "$word")
     else
         compopt -o filenames

@@ -1,16 +1,17 @@
 // The input is lines of a log. Each line is read as events-query reads it.
 //
 // - What is told of a line at a glance is what the reference reads: whether it has an event, its
-// code
-//   and its time.
+//   code and its time.
 // - What is shown of an event makes the row that the reference makes.
 // - The JSON of an event is read by JsonCpp in its strictest mode. It has the time, the code, the
-// name
-//   and the detail, but for bytes that JSON cannot hold.
+//   name and the detail, but for bytes that JSON cannot hold.
 // - One event is one line of "lines", and no format but csv shows a control character.
+// - A line without an event, and one that JsonCpp refuses in its strictest mode, has a finding.
 // - An event is the same after all this: its diagnostics are those of the reference.
 
 #include "checks.h"
+#include "describe/describe_event.h"
+#include "describe/line_check.h"
 #include "eventlog/event_line.h"
 #include "eventlog/silent_lines.h"
 #include "query/writers.h"
@@ -22,6 +23,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -99,6 +101,41 @@ void checkGlance(std::string_view line, const reference::Event* expected)
     }
 }
 
+// A number beyond a double is valid, but not every release reads it.
+bool isRefused(std::string_view object)
+{
+    Json::CharReaderBuilder settings;
+    Json::CharReaderBuilder::strictMode(&settings.settings_);
+    settings["rejectDupKeys"] = false;
+    settings["stackLimit"] = 2000;
+    const std::unique_ptr<Json::CharReader> reader(settings.newCharReader());
+    Json::Value root;
+    Json::String errors;
+    return !reader->parse(object.data(), object.data() + object.size(), &root, &errors) &&
+           errors.find("is not a number") == std::string::npos;
+}
+
+void checkFinding(std::string_view line, const EventRecord* event)
+{
+    const std::string_view blanks(" \t\r\0", 4);
+    const std::string_view object = line.substr(std::min(line.find('{'), line.size()));
+    std::optional<Finding> finding;
+    if (event == nullptr) {
+        finding = findingOf(object, nullptr);
+    } else {
+        const CapturedCout printed;
+        const Variables variables({event->details.characters(), event->details.length()});
+        const LineEvent given = {event->code, event->time, variables, findDescription(event->code)};
+        finding = findingOf(object, &given);
+        notesOf(given);
+    }
+    check(finding || event != nullptr, "a line without an event has a finding");
+    check(finding || !isRefused(object.substr(0, object.find_last_not_of(blanks) + 1)),
+          "what a strict parser refuses is found");
+    check(!finding || (finding->kind != nullptr && !finding->effect.empty()),
+          "a finding has a kind and an effect");
+}
+
 void checkLine(std::string_view line)
 {
     std::unique_ptr<reference::Event> expected;
@@ -118,6 +155,7 @@ void checkLine(std::string_view line)
     const std::string text(line);
     std::unique_ptr<EventRecord> record = parseEventLine(text);
     check((record != nullptr) == (expected != nullptr), "whether there is an event");
+    checkFinding(line, record.get());
     if (record != nullptr) {
         static const query::Path path = {"log", "log"};
         EventView event(std::move(record));

@@ -10,8 +10,7 @@ NOT_EXPLAINED = "out_of_network_reason"
 def read(program):
     """One dictionary an event, in the order of the codes. "explained" has the "reasons" that its
     description explains."""
-    written = subprocess.run([program, "--catalog", "-o", "json"], stdout=subprocess.PIPE,
-                             check=True).stdout
+    written = subprocess.check_output([program, "--catalog", "-o", "json"])
     events = [json.loads(line) for line in written.splitlines()]
     for event in events:
         event["explained"] = {key: reasons for key, reasons in event["reasons"].items()

@@ -8,6 +8,8 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdlib>
+#include <iterator>
+#include <set>
 #include <tuple>
 #include <utility>
 
@@ -72,21 +74,22 @@ std::string nearestNames(const std::string& pattern)
             wanted += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
         }
     }
-    std::vector<std::tuple<std::size_t, std::size_t, std::int32_t>> names;
+    std::set<std::tuple<std::size_t, std::size_t, std::int32_t>> names;
     for (const std::int32_t code : knownEventCodes()) {
         const std::string_view name = knownEventName(code);
         if (const std::size_t changes = distance(wanted, name); 3 * changes < wanted.size()) {
-            names.emplace_back(changes, name.size(), code);
+            names.emplace(changes, name.size(), code);
         }
     }
-    std::sort(names.begin(), names.end());
-    const bool isPart =
-        !wanted.empty() && names.size() > 1 && std::get<0>(names[1]) == 0; // of several names
+    const bool isPart = !wanted.empty() && names.size() > 1 &&
+                        std::get<0>(*std::next(names.begin())) == 0; // of several names
     std::string text = isPart ? "'*" + wanted + "*'" : "";
-    names.resize(std::min(names.size(), kMostNames));
+    std::size_t count = 0;
     for (const auto& [changes, length, code] : names) {
-        text += text.empty() ? "" : " or ";
-        text += knownEventName(code);
+        if (count++ < kMostNames) {
+            text += text.empty() ? "" : " or ";
+            text += knownEventName(code);
+        }
     }
     return text;
 }

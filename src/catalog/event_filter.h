@@ -14,8 +14,10 @@ public:
     /// before one leaves its events out. Returns what is wrong, or nothing.
     std::string add(std::string_view patterns);
 
+    /// Whether there are patterns.
     bool isGiven() const { return !patterns_.empty(); }
 
+    /// Whether the patterns choose the events with this code.
     bool selects(std::int32_t code) const
     {
         const auto index = static_cast<std::uint32_t>(code);

@@ -2,8 +2,8 @@
 // To describe another event, add its row here.
 //
 // A row without slots is a fixed text. In any other row the text has one "%s" for each slot, in the
-// order of the slots. A key alone stands for that detail variable. A key with a ReasonTable stands
-// for the explanation of the variable's value.
+// order of the slots. A key alone means that detail variable. A key with a ReasonTable means
+// the explanation of the variable's value.
 //
 // The wording is kept byte for byte, doubled spaces between sentences included. What looks like a
 // mistake but is intentional has a comment above its row.

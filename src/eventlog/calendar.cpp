@@ -1,6 +1,7 @@
 #include "eventlog/calendar.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace eventsviewer {
 
@@ -15,7 +16,7 @@ constexpr int kDaysAfterReturn = 31;
 
 void Calendar::add(std::uint64_t line, std::string_view time)
 {
-    if (!lastDate_.empty() && lastDate_ == time.substr(0, kDateLength + 1)) {
+    if (hasLastDate(time)) {
         const int second = secondOf(time.substr(std::min(kDateLength + 1, time.size())));
         last_->second = second >= 0 ? second : last_->second;
         return;
@@ -30,6 +31,13 @@ void Calendar::add(std::uint64_t line, std::string_view time)
     last_ = stamp;
 }
 
+bool Calendar::hasLastDate(std::string_view time) const
+{
+    constexpr std::size_t kLength = kDateLength + 1;
+    return lastDate_.size() == kLength && time.size() >= kLength &&
+           std::memcmp(lastDate_.data(), time.data(), kLength) == 0;
+}
+
 void Calendar::addDate(std::uint64_t line, const Stamp& stamp)
 {
     constexpr int kLastDay = 366;
@@ -40,20 +48,29 @@ void Calendar::addDate(std::uint64_t line, const Stamp& stamp)
             endFallAsUnset(line);
         } else if (day > kFirstWeek) {
             if (fall_->before) {
-                turns_.push_back({fall_->line, ++year_});
+                turn(fall_->line, ++year_);
             }
             fall_.reset();
         }
     } else if (day == 1 && before != 1 && before != 2 && before != kLastDay) {
         fall_ = {line, last_};
     } else if (before - day > kHalfAYear) {
-        turns_.push_back({line, ++year_});
+        turn(line, ++year_);
     } else if (day == kLastDay && before == 1) {
-        turns_.push_back({line, --year_}); // the clock was set back over New Year
+        turn(line, --year_); // the clock was set back over New Year
     }
     if (!fall_ && stamp.month == 2 && stamp.day == 29) {
         leapDayYear_ = year_;
     }
+}
+
+void Calendar::turn(std::uint64_t line, std::optional<int> year)
+{
+    // A line comes twice if it was incomplete at first.
+    while (!turns_.empty() && turns_.back().line >= line) {
+        turns_.pop_back();
+    }
+    turns_.push_back({line, year});
 }
 
 bool Calendar::isReturn(const Stamp& stamp) const
@@ -67,8 +84,8 @@ bool Calendar::isReturn(const Stamp& stamp) const
 
 void Calendar::endFallAsUnset(std::uint64_t end)
 {
-    turns_.push_back({fall_->line, std::nullopt});
-    turns_.push_back({end, year_});
+    turn(fall_->line, std::nullopt);
+    turn(end, year_);
     last_ = fall_->before;
     if (!last_) {
         first_.reset();
@@ -101,7 +118,7 @@ void Calendar::addClockSet(std::uint64_t line, std::string_view time, std::strin
 void Calendar::endOpenFall()
 {
     if (fall_ && fall_->before && fall_->before->month == 12) {
-        turns_.push_back({fall_->line, ++year_});
+        turn(fall_->line, ++year_);
     } else if (fall_ && fall_->before) {
         endFallAsUnset(UINT64_MAX);
     }
@@ -131,7 +148,7 @@ void Calendar::finishAs(const Calendar& earlier)
 
 std::string_view Calendar::at(std::uint64_t line, std::string_view time)
 {
-    if (line < turnBegin_ || line >= turnEnd_ || lastDate_ != time.substr(0, kDateLength + 1)) {
+    if (line < turnBegin_ || line >= turnEnd_ || !hasLastDate(time)) {
         const auto after = std::upper_bound(
             turns_.begin(), turns_.end(), line,
             [](std::uint64_t wanted, const Turn& turn) { return wanted < turn.line; });

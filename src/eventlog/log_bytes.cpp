@@ -57,7 +57,7 @@ std::string copyToMemory(int descriptor)
             const auto rest = static_cast<std::size_t>(count - done);
             const ssize_t written = write(copy, buffer.data() + done, rest);
             if (written < 0 && errno != EINTR) {
-                return std::strerror(errno);
+                count = -1;
             }
             done += std::max<ssize_t>(written, 0);
         }
@@ -202,8 +202,9 @@ bool LogBytes::isArchive(const char* text, std::size_t size)
     const std::size_t count = std::min(size, head_.size() - headSize_);
     std::copy_n(text, count, head_.begin() + static_cast<std::ptrdiff_t>(headSize_));
     headSize_ += count;
-    return count > 0 && headSize_ == head_.size() &&
-           std::equal(kTar.begin(), kTar.end(), head_.end() - kTar.size());
+    const auto mark = head_.end() - kTar.size();
+    return count > 0 && headSize_ == head_.size() && std::equal(kTar.begin(), kTar.end(), mark) &&
+           std::find(head_.begin(), mark, '\0') != mark; // which no line has
 }
 
 } // namespace eventsviewer

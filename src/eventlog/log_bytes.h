@@ -20,27 +20,39 @@ namespace eventsviewer {
 /// wrong, in words; empty if nothing did.
 std::string copyToMemory(int descriptor);
 
-/// The bytes of a log, for LineReader. Unpacks gzip, which it recognises by the first bytes; the
-/// form may have several parts. A tar archive and other compressed forms are errors.
-class LogBytes {
+/// Where LineReader gets the bytes of a log from.
+class ByteSource {
 public:
-    /// Reads the open file `descriptor` from where it is, and leaves it open.
-    explicit LogBytes(int descriptor);
-    LogBytes(const LogBytes&) = delete;
-    LogBytes& operator=(const LogBytes&) = delete;
-    ~LogBytes();
+    ByteSource() = default;
+    ByteSource(const ByteSource&) = delete;
+    ByteSource& operator=(const ByteSource&) = delete;
 
     static bool isOpen() { return true; }
 
-    /// Gives up to `size` bytes, 6 at least; 0 at the end; -1 for an error, after all bytes before
-    /// it. Throws std::bad_alloc if there is no memory to unpack with.
-    ssize_t read(char* to, std::size_t size);
+    /// Gives up to `size` bytes; 0 at the end; -1 for an error, after all bytes before it.
+    virtual ssize_t read(char* to, std::size_t size) = 0;
+
+    /// How many bytes the file has given so far, if they are counted.
+    std::uint64_t bytesRead() const { return bytesRead_; }
+
+protected:
+    ~ByteSource() = default;
+    std::uint64_t bytesRead_ = 0;
+};
+
+/// The bytes of a log that is complete. Unpacks gzip, which it recognises by the first bytes; the
+/// form may have several parts. A tar archive and other compressed forms are errors.
+class LogBytes final : public ByteSource {
+public:
+    /// Reads the open file `descriptor` from where it is, and leaves it open.
+    explicit LogBytes(int descriptor);
+    ~LogBytes();
+
+    /// `size` is at least 6 at first. Throws std::bad_alloc if there is no memory to unpack with.
+    ssize_t read(char* to, std::size_t size) override;
 
     /// What is wrong with the bytes, in words; empty if nothing is.
     const std::string& error() const { return error_; }
-
-    /// How many bytes the file has given so far.
-    std::uint64_t bytesRead() const { return bytesRead_; }
 
 private:
     enum class Form { Unknown, Plain, Gzip };
@@ -60,7 +72,6 @@ private:
     int descriptor_;
     Form form_ = Form::Unknown;
     std::string error_;
-    std::uint64_t bytesRead_ = 0;
     std::array<char, 262> head_ = {}; // of the unpacked bytes
     std::size_t headSize_ = 0;
     std::vector<char> packed_;

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <numeric>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -15,6 +14,8 @@
 namespace eventsviewer {
 
 namespace {
+
+constexpr std::size_t kMostFiles = 4; // of a log: see fileNamesOf
 
 using Identity = std::pair<dev_t, ino_t>;
 
@@ -88,9 +89,9 @@ void Search::addFolder(const std::string& path, const struct stat& status)
     }
     errno = 0;
     DIR* const folder = opendir(path.c_str());
-    std::vector<std::string> names;
+    std::set<std::string> names;
     while (const dirent* const entry = folder != nullptr ? readdir(folder) : nullptr) {
-        names.emplace_back(entry->d_name);
+        names.emplace(entry->d_name);
     }
     if (errno != 0) {
         found_.errors.push_back({path, std::strerror(errno)});
@@ -98,7 +99,6 @@ void Search::addFolder(const std::string& path, const struct stat& status)
     if (folder != nullptr) {
         closedir(folder); // so that one is open at a time
     }
-    std::sort(names.begin(), names.end());
     const std::string inside = path.back() == '/' ? path : path + '/';
     std::set<std::string> logs;
     for (const std::string& file : names) {
@@ -114,33 +114,34 @@ void Search::addFolder(const std::string& path, const struct stat& status)
         const bool isPart = fnmatch(name_.c_str(), log.c_str(), 0) == 0;
         const bool isNamed = isPart || fnmatch(name_.c_str(), file.c_str(), 0) == 0;
         // Reading a pipe or a device could wait for ever.
-        if (isNamed && (!exists || S_ISREG(below.st_mode)) &&
-            logs.insert(isPart ? log : file).second) {
-            addLog(inside + (isPart ? log : file));
+        if (isNamed && (!exists || S_ISREG(below.st_mode))) {
+            struct stat whole = {};
+            const bool isWhole =
+                isPart && (stat((inside + log).c_str(), &whole) != 0 || S_ISREG(whole.st_mode));
+            if (logs.insert(isWhole ? log : file).second) {
+                addLog(inside + (isWhole ? log : file));
+            }
         }
     }
 }
 
 FoundLogs Search::result()
 {
-    // A log with its predecessor comes before either of them alone.
-    std::vector<std::size_t> order(candidates_.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
-        const std::size_t files = candidates_[one].files.size();
-        const std::size_t otherFiles = candidates_[other].files.size();
-        return files != otherFiles ? files > otherFiles : one < other;
-    });
     std::set<Identity> taken;
     std::set<std::string> missing;
-    for (const std::size_t index : order) {
-        Candidate& candidate = candidates_[index];
-        bool isNew = candidate.files.empty() && missing.insert(candidate.path).second;
+    const auto isNew = [&taken, &missing](const Candidate& candidate) {
+        bool isOne = candidate.files.empty() && missing.insert(candidate.path).second;
         for (const Identity& file : candidate.files) {
-            isNew = taken.insert(file).second || isNew;
+            isOne = taken.insert(file).second || isOne;
         }
-        if (!isNew) {
-            candidate.path.clear();
+        return isOne;
+    };
+    // A log with its predecessor comes before either of them alone.
+    for (std::size_t files = kMostFiles + 1; files-- > 0;) {
+        for (Candidate& candidate : candidates_) {
+            if (candidate.files.size() == files && !isNew(candidate)) {
+                candidate.path.clear();
+            }
         }
     }
     for (Candidate& candidate : candidates_) {

@@ -18,8 +18,6 @@ namespace eventsviewer {
 
 namespace {
 
-// A log never takes the place of a standard stream that is closed.
-constexpr int kFirstFree = 3;
 constexpr int kPollInterval = 1000; // ms
 
 std::string folderOf(const std::string& path)
@@ -112,8 +110,8 @@ bool LogFollower::File::is(const struct stat& other) const
     return isOpen() && status.st_dev == other.st_dev && status.st_ino == other.st_ino;
 }
 
-LogFollower::LogFollower(std::string path, int output, std::function<void()> idle)
-    : path_(std::move(path)), output_(output), idle_(std::move(idle)), realPath_(path_)
+LogFollower::LogFollower(std::string path, int output)
+    : path_(std::move(path)), output_(output), realPath_(path_)
 {
     watch();
 }
@@ -152,11 +150,13 @@ ssize_t LogFollower::read(char* to, std::size_t size)
             position_ += count;
             return count;
         }
-        error_ = count < 0 ? errno : 0;
-        if (error_ == 0 && !next_.empty()) { // and so nothing more was written here
+        if (count < 0) {
+            fail(errno, current_.path);
+        } else if (!next_.empty()) { // and so nothing more was written here
             return 0;
+        } else {
+            hasEnded_ = !look() && !wait();
         }
-        hasEnded_ = error_ == 0 && !look() && !wait();
     }
     return error_ == 0 ? 0 : -1;
 }
@@ -177,27 +177,47 @@ bool LogFollower::look()
         return false;
     }
     File log(path_);
-    if (!log.isOpen()) {
-        error_ = errno == ENOENT || errno == ENOTDIR ? 0 : errno;
-        // At the beginning there may be only what was renamed.
-        File before(path_ + ".0");
-        if (error_ != 0 || current_.isOpen() || !before.isOpen()) {
-            return error_ != 0;
-        }
+    if (!log.isOpen() && errno != ENOENT && errno != ENOTDIR) {
+        return fail(errno, path_);
+    }
+    if (log.isOpen() && !S_ISREG(log.status.st_mode)) {
+        return fail(S_ISDIR(log.status.st_mode) ? EISDIR : ESPIPE, path_);
+    }
+    if (log.isOpen()) {
+        return openNext(std::move(log));
+    }
+    // At the beginning there may be only what was renamed.
+    File before = current_.isOpen() ? File() : openOlder();
+    if (before.isOpen()) {
         next_.push_back(std::move(before));
-        return true;
     }
-    if (!S_ISREG(log.status.st_mode)) {
-        error_ = S_ISDIR(log.status.st_mode) ? EISDIR : ESPIPE;
-        return true;
+    return !next_.empty();
+}
+
+// Ends everything; returns true.
+bool LogFollower::fail(int error, const std::string& path)
+{
+    error_ = error;
+    errorPath_ = path;
+    return true;
+}
+
+// The file L.0, not open if there is none that can be read.
+LogFollower::File LogFollower::openOlder()
+{
+    File before(path_ + ".0");
+    const int error = before.isOpen() ? 0 : errno;
+    if (error != 0 && error != ENOENT && error != ENOTDIR) {
+        note_ = "its predecessor cannot be read: " + std::string(std::strerror(error)) +
+                "; events may be missing";
     }
-    return openNext(std::move(log));
+    return S_ISREG(before.status.st_mode) ? std::move(before) : File();
 }
 
 // `log` has taken the place of the current file, if there is one.
 bool LogFollower::openNext(File log)
 {
-    File before(path_ + ".0");
+    File before = openOlder();
     struct stat status = {};
     if (stat(path_.c_str(), &status) != 0 || !log.is(status)) {
         return look(); // once more: it was renamed meanwhile
@@ -205,7 +225,7 @@ bool LogFollower::openNext(File log)
     takeChanges();
     const bool isRotated = !current_.isOpen() || current_.is(before.status);
     const bool isNext = isRotated && appeared_ <= 1;
-    std::deque<File> files;
+    std::list<File> files;
     if (before.isOpen() && !current_.is(before.status) && !before_.is(before.status)) {
         files.push_back(before.again()); // at its path there may be another by now
     }

@@ -1,6 +1,7 @@
 #include "eventlog/reading_progress.h"
 
-#include <sys/ioctl.h>
+#include "eventlog/terminal.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -66,10 +67,7 @@ void showProgress(const std::string& file, std::uint64_t bytes)
     std::string text = std::to_string(progress.logsDone) + " of " + std::to_string(progress.logs) +
                        " logs, " + std::to_string(done / 1000) + " of " +
                        std::to_string(std::max(done, progress.bytes) / 1000) + " kB: " + file;
-    constexpr std::size_t kUsualWidth = 80;
-    winsize size = {};
-    const bool isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-    std::size_t length = std::min(text.size(), (isKnown ? size.ws_col : kUsualWidth) - 1);
+    std::size_t length = std::min(text.size(), terminalWidth(STDERR_FILENO) - 1);
     while (length < text.size() && (text[length] & 0xc0) == 0x80) { // within a character
         --length;
     }

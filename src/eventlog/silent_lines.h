@@ -25,6 +25,7 @@ LineKind kindOfSilentLine(std::string_view line);
 
 // The same for lines that need not be silent. What is told is what parseEventLine would give.
 
+/// What a look at a line tells.
 struct Glance {
     LineKind kind = LineKind::Unclear;
     std::int32_t code = 0; ///< of an event

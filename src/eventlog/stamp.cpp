@@ -92,4 +92,31 @@ std::string isoTime(Moment moment)
     return text;
 }
 
+std::vector<std::string> periodsBetween(std::string_view before, std::string_view after)
+{
+    constexpr Moment kLongestGap = 31 * kDay;
+    if (before.size() != after.size() || before.size() < kIsoDayLength) {
+        return {};
+    }
+    const bool isHour = before.size() == kIsoHourLength;
+    const auto momentAt = [isHour](std::string_view period) {
+        const int year = twoDigits(&period[0]) * 100 + twoDigits(&period[2]);
+        const int second = isHour ? twoDigits(&period[kIsoDayLength + 1]) * 3600 : 0;
+        const int month =
+            std::clamp(twoDigits(&period[5]), 1, 12); // which the analyser cannot know
+        return momentOf(year, {month, twoDigits(&period[8]), second});
+    };
+    const Moment step = isHour ? kDay / 24 : kDay;
+    const Moment end = momentAt(after);
+    Moment moment = momentAt(before) + step;
+    if (end - moment > kLongestGap) {
+        return {"..."};
+    }
+    std::vector<std::string> periods;
+    for (; moment < end; moment += step) {
+        periods.push_back(isoTime(moment).substr(0, before.size()));
+    }
+    return periods;
+}
+
 } // namespace eventsviewer

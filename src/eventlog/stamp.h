@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace eventsviewer {
 
@@ -30,8 +31,10 @@ int secondOf(std::string_view clock);
 /// The day of a leap year, 1 to 366.
 int dayOfYear(const Stamp& stamp);
 
+/// Whether the year has a Feb 29.
 bool isLeapYear(int year);
 
+/// When `stamp` is in the year `year`.
 Moment momentOf(int year, const Stamp& stamp);
 
 /// The year in which `moment` is.
@@ -39,5 +42,12 @@ int yearOf(Moment moment);
 
 /// `moment` in the form "2026-11-20T08:15:02".
 std::string isoTime(Moment moment);
+
+constexpr std::size_t kIsoDayLength = 10;  ///< of "2026-11-20"
+constexpr std::size_t kIsoHourLength = 13; ///< of "2026-11-20T08"
+
+/// The days or hours between the days or hours `before` and `after`, in the same form; "..." if
+/// they are more than 31 days. None if one of the two has another form.
+std::vector<std::string> periodsBetween(std::string_view before, std::string_view after);
 
 } // namespace eventsviewer

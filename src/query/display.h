@@ -1,7 +1,9 @@
 #pragma once
 
+#include "eventlog/log.h"
+#include "query/check.h"
+#include "query/counts.h"
 #include "query/event_view.h"
-#include "query/log.h"
 #include "query/options.h"
 
 #include <cstdint>
@@ -31,7 +33,13 @@ struct Found : Place {
 /// The output of a run.
 class Display {
 public:
-    Display(const Options& options, const Layout& layout) : options_(options), layout_(layout) {}
+    Display(const Options& options, const Layout& layout);
+
+    /// What the events are added to if they are counted; has no key if they are shown.
+    Counts& counts() { return counts_; }
+
+    /// What the lines are added to if they are checked.
+    Check& check() { return check_; }
 
     /// Has to be called before the events of a log, or of all merged logs. Shows what comes before
     /// all events, unless it is shown already.
@@ -43,9 +51,14 @@ public:
     /// Whether an event that matches was shown.
     bool anyFound() const { return anyFound_; }
 
+    /// Shows what comes after all events. Returns the status of the run.
+    int end();
+
 private:
     const Options& options_;
     Layout layout_;
+    Counts counts_;
+    Check check_;
     bool hasBegun_ = false;
     bool anyFound_ = false;
     bool anyShown_ = false;

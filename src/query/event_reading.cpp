@@ -3,6 +3,7 @@
 #include "describe/variables.h"
 #include "eventlog/event_line.h"
 #include "eventlog/silent_lines.h"
+#include "jsonaccess/diagnostics.h"
 #include "jsonaccess/json_access.h"
 #include "query/messages.h"
 
@@ -35,7 +36,7 @@ struct TooDeep {};
 
 void prepareReading()
 {
-    captureDiagnostics();
+    jsonaccess::captureDiagnostics();
     jsonaccess::setRuntimeErrorHandler(throwTooDeep);
 }
 
@@ -46,7 +47,7 @@ std::unique_ptr<EventRecord> readEvent(const Log& log, std::string_view text, st
         return parseEventLine(text);
     } catch (const TooDeep&) {
         if (isToReport) {
-            log.report(line, "values nested more than 1000 levels deep; left out");
+            log.reportLine(line, "values nested more than 1000 levels deep; left out");
         }
         return nullptr;
     }
@@ -78,7 +79,7 @@ Calendar readTimes(Log& log)
         }
         if (const auto event = readEvent(log, text, line, false)) {
             addTime(calendar, line, *event);
-            takeDiagnostics(); // they come again when the event is shown
+            jsonaccess::takeDiagnostics(); // they come again when the event is shown
         }
     };
     log.read(readTime, [] {});

@@ -2,7 +2,7 @@
 
 #include "eventlog/calendar.h"
 #include "eventlog/event_record.h"
-#include "query/log.h"
+#include "eventlog/log.h"
 
 #include <cstdint>
 #include <memory>

@@ -16,7 +16,7 @@ std::string variable(const std::string& key, std::string value)
         value.find_first_of(" \t\n") == std::string::npos) {
         return key + '=' + value;
     }
-    for (std::size_t at = 0; (at = value.find('"', at)) != std::string::npos; at += 2) {
+    for (std::size_t at = 0; (at = value.find_first_of("\"\\", at)) != std::string::npos; at += 2) {
         value.insert(at, 1, '\\');
     }
     return key + "=\"" + value + '"';

@@ -3,6 +3,7 @@
 #include "describe/reason_variables.h"
 #include "describe/variables.h"
 #include "eventlog/event_record.h"
+#include "eventlog/log.h"
 #include "text/shared_text.h"
 
 #include <cstdint>
@@ -11,12 +12,6 @@
 #include <string_view>
 
 namespace eventsviewer::query {
-
-/// A path as it is, and as the content of a JSON string.
-struct Path {
-    std::string text;
-    std::string json;
-};
 
 /// Everything that is shown of one event.
 class EventView {

@@ -23,6 +23,8 @@ LOG is a file L, read after L.0, a folder of logs, or - (/common/events_report).
   -r, --reverse            newest first
   -f, --follow             also what comes from now on; begins with the last 10
   -m, --merge              all logs in one order of time; -n counts for all
+  -c, --count KEY[,KEY]    how many: by event, detail, reason, log, day or hour
+      --check              say what is damaged; with -e, -S, -U and -o
       --name GLOB          the logs in a folder (default events_report)
   -o, --output FORMAT      table, lines, csv or json
       --color[=WHEN]       auto, always or never
@@ -50,15 +52,13 @@ int main(int argc, char** argv)
     std::set_new_handler(endOutOfMemory);
     eventsviewer::setTextMemoryHandler(endOutOfMemory);
     std::set_terminate(endOutOfMemory); // the JSON library throws where a string has no memory
-    const auto options = parseOptions(argc, argv);
-    if (!options) {
-        return kError;
-    }
-    switch (options->action) {
+    const Options options = parseOptions(argc, argv);
+    switch (options.action) {
     case Action::ShowEvents:
-        return showEvents(*options);
+    case Action::CheckLogs:
+        return showEvents(options);
     case Action::ListCatalog:
-        return listCatalog(*options);
+        return listCatalog(options);
     case Action::ShowHelp:
         return show(kHelp);
     case Action::ShowVersion:

@@ -1,7 +1,6 @@
 #include "query/merge.h"
 
 #include <algorithm>
-#include <numeric>
 #include <set>
 #include <utility>
 
@@ -17,7 +16,7 @@ void Merge::add(Found found)
     }
 }
 
-std::vector<Found> Merge::take()
+std::list<Found> Merge::take()
 {
     sort(true);
     return std::move(found_);
@@ -32,18 +31,8 @@ void Merge::sort(bool isComplete)
     if (!isComplete) {
         shown.emplace(found_.back().log.get(), found_.back().event);
     }
-    std::vector<std::size_t> order(found_.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
-        const int difference = found_[one].at.compare(found_[other].at);
-        return difference != 0 ? difference < 0 : one < other;
-    });
-    std::vector<Found> sorted;
-    sorted.reserve(found_.size());
-    for (const std::size_t index : order) {
-        sorted.push_back(std::move(found_[index]));
-    }
-    found_ = std::move(sorted);
+    // Events of the same time stay in their order.
+    found_.sort([](const Found& one, const Found& other) { return one.at < other.at; });
     matches_ = 0;
     for (auto found = found_.rbegin(); found != found_.rend(); ++found) {
         found->matches = found->matches && matches_ < number_;
@@ -58,7 +47,7 @@ void Merge::sort(bool isComplete)
         return !found.matches && (near == shown.end() || near->first != found.log.get() ||
                                   near->second > found.event + context_);
     };
-    found_.erase(std::remove_if(found_.begin(), found_.end(), isTooOld), found_.end());
+    found_.remove_if(isTooOld);
 }
 
 } // namespace eventsviewer::query

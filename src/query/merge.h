@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <list>
 
 namespace eventsviewer::query {
 
@@ -16,18 +16,20 @@ public:
     /// after it in its log.
     Merge(std::size_t number, std::size_t context) : number_(number), context_(context) {}
 
+    bool isEmpty() const { return found_.empty(); }
+
     /// Adds an event. Those of a log come one after the other in their order.
     void add(Found found);
 
     /// The events that are shown, oldest first.
-    std::vector<Found> take();
+    std::list<Found> take();
 
 private:
     void sort(bool isComplete);
 
     std::size_t number_;
     std::size_t context_;
-    std::vector<Found> found_;
+    std::list<Found> found_;
     std::size_t matches_ = 0;
 };
 

@@ -1,7 +1,7 @@
 #include "query/messages.h"
 
-#include "eventlog/escapes.h"
 #include "eventlog/reading_progress.h"
+#include "eventlog/terminal.h"
 
 #include <unistd.h>
 
@@ -9,15 +9,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <iostream>
-#include <sstream>
 #include <string_view>
 
 namespace eventsviewer::query {
 
 namespace {
-
-constexpr std::string_view kDiagnostic = "Tarvik workaround: ";
 
 // Returns false after an error, which errno tells.
 bool writeAll(int descriptor, std::string_view text)
@@ -30,12 +26,6 @@ bool writeAll(int descriptor, std::string_view text)
         text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
     }
     return true;
-}
-
-std::stringbuf& captured()
-{
-    static auto* const buffer = new std::stringbuf; // std::cout uses it up to the end
-    return *buffer;
 }
 
 } // namespace
@@ -92,29 +82,6 @@ void flushOutput()
     if (!written) {
         std::_Exit(kError);
     }
-}
-
-void captureDiagnostics()
-{
-    std::cout.rdbuf(&captured());
-}
-
-std::vector<std::string> takeDiagnostics()
-{
-    std::vector<std::string> diagnostics;
-    if (captured().in_avail() <= 0) { // as nearly always
-        return diagnostics;
-    }
-    std::istringstream lines(captured().str());
-    captured().str({});
-    for (std::string line; std::getline(lines, line);) {
-        if (line.compare(0, kDiagnostic.size(), kDiagnostic) == 0) {
-            diagnostics.push_back(line.substr(kDiagnostic.size()));
-        } else if (!line.empty()) { // the rest of one
-            diagnostics.back() += ' ' + line.substr(line.find_first_not_of(' '));
-        }
-    }
-    return diagnostics;
 }
 
 } // namespace eventsviewer::query

@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace eventsviewer::query {
 
@@ -32,11 +31,5 @@ std::string& output();
 
 /// Writes the output. If that fails, says so and ends the process with kError.
 void flushOutput();
-
-/// Keeps what is printed on std::cout, the diagnostics of the JSON layer, from standard output.
-void captureDiagnostics();
-
-/// The diagnostics since the last call, one line each, without what all begin with.
-std::vector<std::string> takeDiagnostics();
 
 } // namespace eventsviewer::query

@@ -1,6 +1,6 @@
 #include "query/options.h"
 
-#include "eventlog/escapes.h"
+#include "eventlog/terminal.h"
 #include "query/messages.h"
 
 #include <getopt.h>
@@ -16,37 +16,34 @@ namespace eventsviewer::query {
 
 namespace {
 
-struct UsageError {
-    std::string text;
-};
+[[noreturn]] void refuse(const std::string& usage)
+{
+    report(safe(usage) + " (see events-query --help)");
+    std::exit(kError);
+}
 
 // What an option without a letter is known by here.
-constexpr char kCatalog = '\1';
-constexpr char kColour = '\2';
-constexpr char kVersion = '\3';
-constexpr char kYear = '\4';
-constexpr char kName = '\5';
-constexpr char kProgress = '\6'; // the last of them
+// The conflicts below have their numbers.
+enum : char { kCatalog = 1, kColour, kVersion, kYear, kName, kProgress, kCheck };
 
 const option kLongOptions[] = {
-    {"event", required_argument, nullptr, 'e'},     {"grep", required_argument, nullptr, 'g'},
-    {"since", required_argument, nullptr, 'S'},     {"until", required_argument, nullptr, 'U'},
-    {"year", required_argument, nullptr, kYear},    {"number", required_argument, nullptr, 'n'},
-    {"reverse", no_argument, nullptr, 'r'},         {"context", required_argument, nullptr, 'C'},
-    {"catalog", no_argument, nullptr, kCatalog},    {"output", required_argument, nullptr, 'o'},
-    {"color", optional_argument, nullptr, kColour}, {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, kVersion},    {"merge", no_argument, nullptr, 'm'},
-    {"follow", no_argument, nullptr, 'f'},          {"name", required_argument, nullptr, kName},
-    {"progress", no_argument, nullptr, kProgress},  {nullptr, 0, nullptr, 0},
+    {"event", required_argument, nullptr, 'e'},    {"grep", required_argument, nullptr, 'g'},
+    {"since", required_argument, nullptr, 'S'},    {"until", required_argument, nullptr, 'U'},
+    {"year", required_argument, nullptr, kYear},   {"number", required_argument, nullptr, 'n'},
+    {"context", required_argument, nullptr, 'C'},  {"reverse", no_argument, nullptr, 'r'},
+    {"follow", no_argument, nullptr, 'f'},         {"merge", no_argument, nullptr, 'm'},
+    {"name", required_argument, nullptr, kName},   {"count", required_argument, nullptr, 'c'},
+    {"output", required_argument, nullptr, 'o'},   {"color", optional_argument, nullptr, kColour},
+    {"progress", no_argument, nullptr, kProgress}, {"check", no_argument, nullptr, kCheck},
+    {"catalog", no_argument, nullptr, kCatalog},   {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, kVersion},   {nullptr, 0, nullptr, 0},
 };
-constexpr const char* kLetters = ":e:g:S:U:n:rmfC:o:h";
+constexpr const char* kLetters = ":e:g:S:U:n:C:rfmc:o:h";
 
 constexpr std::int32_t kFollowedNumber = 10;
 // Options that mean nothing together. The manual has the same table.
-constexpr char kConflicts[][2] = {
-    {kCatalog, 'S'}, {kCatalog, 'U'}, {kCatalog, kYear}, {kCatalog, 'n'},       {kCatalog, 'r'},
-    {kCatalog, 'C'}, {kCatalog, 'm'}, {kCatalog, kName}, {kCatalog, kProgress}, {kCatalog, 'f'},
-    {'f', 'r'},      {'f', 'm'},      {'f', kName},      {'f', kProgress}};
+constexpr std::pair<char, std::string_view> kConflicts[] = {
+    {'c', "rfC"}, {'f', "rm\5\6"}, {kCheck, "gnrfmCc\4\1"}, {kCatalog, "SUnrfmCc\4\5\6"}};
 
 // What users of events-viewer try.
 constexpr std::pair<char, const char*> kHints[] = {
@@ -76,27 +73,27 @@ bool isColourful(std::string_view when)
 std::string nameOf(char letter)
 {
     for (const option& row : kLongOptions) {
-        if (row.val == letter && letter <= kProgress) {
+        if (row.val == letter && letter <= kCheck) {
             return std::string("--") + row.name;
         }
     }
     return std::string("-") + letter;
 }
 
-// What getopt_long finds wrong, which has read up to `argument`.
-UsageError unknownOption(char letter, const char* argument)
+// Refuses what getopt_long does not know, which has read up to `argument`.
+[[noreturn]] void refuseOption(char letter, const char* argument)
 {
     for (const auto& [tried, text] : kHints) {
         if (tried == letter) {
-            return {text};
+            refuse(text);
         }
     }
     if (letter == '\0') {
-        return {argument + std::string(": no such option, or more than one begins like this")};
+        refuse(argument + std::string(": no such option, or more than one begins like this"));
     }
     const bool isKnown =
-        letter <= kProgress || (letter != ':' && std::strchr(kLetters, letter) != nullptr);
-    return {nameOf(letter) + (isKnown ? " takes no value" : ": no such option")};
+        letter <= kCheck || (letter != ':' && std::strchr(kLetters, letter) != nullptr);
+    refuse(nameOf(letter) + (isKnown ? " takes no value" : ": no such option"));
 }
 
 // The number that `text` is; nothing if it is not a whole one from `least` to `most`.
@@ -115,7 +112,7 @@ void take(Options& options, char letter, const char* value)
     // `taken` tells whether the value was right.
     const auto require = [letter, value](bool taken, const std::string& otherwise) {
         if (!taken) {
-            throw UsageError{nameOf(letter) + ' ' + value + ": " + otherwise};
+            refuse(nameOf(letter) + ' ' + value + ": " + otherwise);
         }
     };
     constexpr const char* kTimes = "not a time; give 'Nov 20 08:14', 08:14, -2h or 2026-11-20";
@@ -123,17 +120,16 @@ void take(Options& options, char letter, const char* value)
     std::string error;
     switch (letter) {
     case 'e':
-        error = options.events.add(value);
-        return require(error.empty(), error);
     case 'g':
-        error = options.text.set(value);
+    case 'c':
+        error = letter == 'e'   ? options.events.add(value)
+                : letter == 'g' ? options.text.set(value)
+                                : takeCountKeys(value, options.count);
         return require(error.empty(), error);
     case 'S':
-        options.since = TimeBound::parse(value);
-        return require(options.since.has_value(), kTimes);
     case 'U':
-        options.until = TimeBound::parse(value);
-        return require(options.until.has_value(), kTimes);
+        (letter == 'S' ? options.since : options.until) = TimeBound::parse(value);
+        return require((letter == 'S' ? options.since : options.until).has_value(), kTimes);
     case kYear:
         options.year = numberIn(value, 1000, 9999);
         return require(options.year.has_value(), "not a year; give for example 2026");
@@ -154,14 +150,13 @@ void take(Options& options, char letter, const char* value)
     case kColour:
         options.colour = value != nullptr ? value : "always";
         if (options.colour != "auto" && options.colour != "always" && options.colour != "never") {
-            throw UsageError{"--color=" + options.colour + ": give auto, always or never"};
+            refuse("--color=" + options.colour + ": give auto, always or never");
         }
         return;
     case 'r':
-        options.reverse = true;
-        return;
     case 'm':
-        options.merge = true;
+    case kProgress:
+        (letter == 'r' ? options.reverse : letter == 'm' ? options.merge : options.progress) = true;
         return;
     case 'f':
         options.follow = true;
@@ -170,11 +165,9 @@ void take(Options& options, char letter, const char* value)
     case kName:
         options.name = value;
         return;
-    case kProgress:
-        options.progress = true;
-        return;
     case kCatalog:
-        options.action = Action::ListCatalog;
+    case kCheck:
+        options.action = letter == kCheck ? Action::CheckLogs : Action::ListCatalog;
         return;
     default:
         options.action = letter == kVersion ? Action::ShowVersion : Action::ShowHelp;
@@ -184,22 +177,29 @@ void take(Options& options, char letter, const char* value)
 // Refuses what means nothing together; `given` are the letters of the options.
 void checkTogether(const Options& options, const std::string& given)
 {
-    for (const auto& [one, other] : kConflicts) {
-        if (given.find(one) != std::string::npos && given.find(other) != std::string::npos) {
-            throw UsageError{nameOf(one) + " and " + nameOf(other) + " mean nothing together"};
+    for (const auto& [one, others] : kConflicts) {
+        const std::size_t other = given.find_first_of(others);
+        if (given.find(one) != std::string::npos && other != std::string::npos) {
+            refuse(nameOf(one) + " and " + nameOf(given[other]) + " mean nothing together");
         }
     }
     const bool isTable = options.format == Format::Table;
     const bool isCatalog = options.action == Action::ListCatalog;
-    if (options.colour == "always" && (!isTable || isCatalog)) {
-        throw UsageError{"--color=always means nothing without a table of events"};
+    const bool isOfEvents = options.action == Action::ShowEvents && options.count.empty();
+    if (options.colour == "always" && (!isTable || !isOfEvents)) {
+        refuse("--color=always means nothing without a table of events");
+    }
+    if (!isOfEvents && !isCatalog && options.format == Format::Lines) {
+        refuse("-c and --check are shown with -o table, csv or json");
     }
     if (isCatalog && !isTable && options.format != Format::Json) {
-        throw UsageError{"--catalog is shown with -o table or -o json"};
+        refuse("--catalog is shown with -o table or -o json");
     }
 }
 
-Options parsed(int argc, char** argv)
+} // namespace
+
+Options parseOptions(int argc, char** argv)
 {
     Options options;
     std::string given;
@@ -208,13 +208,13 @@ Options parsed(int argc, char** argv)
     while ((found = getopt_long(argc, argv, kLetters, kLongOptions, nullptr)) != -1) {
         const auto letter = static_cast<char>(found);
         if (letter == ':') {
-            throw UsageError{nameOf(static_cast<char>(optopt)) + " needs a value"};
+            refuse(nameOf(static_cast<char>(optopt)) + " needs a value");
         }
         if (letter == '?') {
-            throw unknownOption(static_cast<char>(optopt), argv[optind - 1]);
+            refuseOption(static_cast<char>(optopt), argv[optind - 1]);
         }
         if (letter != 'e' && given.find(letter) != std::string::npos) {
-            throw UsageError{nameOf(letter) + " is given twice"};
+            refuse(nameOf(letter) + " is given twice");
         }
         given += letter;
         take(options, letter, optarg);
@@ -224,27 +224,15 @@ Options parsed(int argc, char** argv)
     }
     const std::vector<std::string> logs(argv + optind, argv + argc);
     if (!logs.empty() && options.action == Action::ListCatalog) {
-        throw UsageError{"--catalog reads no log"};
+        refuse("--catalog reads no log");
     }
     options.logs = logs.empty() ? options.logs : logs;
     checkTogether(options, given);
     if (options.follow && (options.logs.size() > 1 || options.logs[0] == "-")) {
-        throw UsageError{"-f follows one log, which is a file"};
+        refuse("-f follows one log, which is a file");
     }
     options.layout = layoutOfTerminal(isColourful(options.colour));
     return options;
-}
-
-} // namespace
-
-std::optional<Options> parseOptions(int argc, char** argv)
-{
-    try {
-        return parsed(argc, argv);
-    } catch (const UsageError& error) {
-        report(safe(error.text) + " (see events-query --help)");
-        return std::nullopt;
-    }
 }
 
 } // namespace eventsviewer::query

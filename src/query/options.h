@@ -2,9 +2,11 @@
 
 #include "catalog/event_filter.h"
 #include "eventlog/time_bound.h"
-#include "query/filters.h"
+#include "query/counts.h"
 #include "query/writers.h"
+#include "text/text_filter.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -12,7 +14,8 @@
 
 namespace eventsviewer::query {
 
-enum class Action { ShowEvents, ListCatalog, ShowHelp, ShowVersion };
+/// What a run does.
+enum class Action { ShowEvents, CheckLogs, ListCatalog, ShowHelp, ShowVersion };
 
 /// The settings of one run.
 struct Options {
@@ -30,21 +33,25 @@ struct Options {
     bool merge = false;
     bool follow = false;
     bool progress = false;
+    std::vector<CountKey> count; ///< shown instead of the events unless it is empty
     Format format = Format::Table;
     std::string colour = "auto";
     Layout layout;
 
+    /// Whether times are asked for.
     bool hasRange() const { return since || until; }
 
     /// Whether the years of each log are needed.
     bool hasTimes() const
     {
-        return hasRange() || merge || format == Format::Csv || format == Format::Json;
+        const bool isData = format == Format::Csv || format == Format::Json;
+        return hasRange() || merge || action == Action::CheckLogs ||
+               (count.empty() ? isData : std::any_of(count.begin(), count.end(), isTime));
     }
 };
 
-/// The settings that a command line asks for. Nothing after a usage error, which is reported on
-/// standard error. Reorders `argv` as getopt does, and can be called once in a process.
-std::optional<Options> parseOptions(int argc, char** argv);
+/// The settings that a command line asks for. A usage error is reported on standard error and ends
+/// the process. Reorders `argv` as getopt does, and can be called once in a process.
+Options parseOptions(int argc, char** argv);
 
 } // namespace eventsviewer::query

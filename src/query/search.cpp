@@ -1,16 +1,14 @@
 #include "query/search.h"
 
-#include "eventlog/escapes.h"
 #include "eventlog/silent_lines.h"
+#include "eventlog/terminal.h"
+#include "jsonaccess/diagnostics.h"
 #include "query/event_reading.h"
 #include "query/messages.h"
 
-#include <unistd.h>
-
-#include <csignal>
+#include <algorithm>
 #include <cstdint>
-#include <deque>
-#include <iterator>
+#include <list>
 #include <utility>
 
 namespace eventsviewer::query {
@@ -28,17 +26,13 @@ public:
           context_(static_cast<std::size_t>(options.context.value_or(0)))
     {
     }
-    // Takes the events in `range`, or, without one, in the range that the options give. Returns
-    // false after an error.
-    bool run(const std::optional<TimeRange>& range, const std::string& path,
-             LogFollower* follower = nullptr);
-
-    /// Shows all that is held.
-    void endHolding();
+    bool run(const std::optional<TimeRange>& range, const std::string& path, LogFollower* follower);
 
 private:
-    bool isNew(std::uint64_t line) const { return isFollowing_ && hasTimes_ && line >= known_; }
+    void endHolding();
+    bool isNew(std::uint64_t line) const { return line >= known_; }
     bool isInRange(std::uint64_t line, std::string_view time);
+    void check(std::string_view text, std::uint64_t line);
     void look(std::string_view text, std::uint64_t line, const Glance& glance);
     void collect(const Place& place, std::string_view text, EventView* view);
     void showHeld(Found found);
@@ -56,16 +50,15 @@ private:
     TimeRange range_;
     std::string lastAt_; // of the last event with a time
     bool lastHasTime_ = false;
-    std::deque<Found> held_;
-    std::deque<std::uint64_t> matches_; // the events in held_ that match
-    std::deque<Found> candidates_;      // shown only if a match follows
-    std::size_t after_ = 0;             // how many events more are shown after a match
+    std::list<Found> held_;
+    std::list<std::uint64_t> matches_; // the events in held_ that match
+    std::list<Found> candidates_;      // shown only if a match follows
+    std::size_t after_ = 0;            // how many events more are shown after a match
     std::uint64_t events_ = 0;
 
     // Only of a log that goes on:
-    bool isFollowing_ = false;
-    Calendar times_;          // calendar_ before it was finished
-    std::uint64_t known_ = 0; // of lines before this one calendar_ had the times at the beginning
+    Calendar times_;                   // calendar_ before it was finished
+    std::uint64_t known_ = UINT64_MAX; // of lines from this one on calendar_ lacked the times
 };
 
 bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
@@ -75,7 +68,8 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
         times_ = readTimes(*log_);
         calendar_ = times_;
         finish(calendar_, *log_, options_.year);
-        known_ = log_->lines() - (log_->lines() > 0 ? 1 : 0); // the last may be incomplete
+        const std::uint64_t last = std::max<std::uint64_t>(log_->lines(), 1) - 1;
+        known_ = follower != nullptr ? last : known_; // this one may be incomplete
     }
     if (follower == nullptr || calendar_.last()) { // else what is to come has no bounds yet
         range_ = range.value_or(
@@ -87,30 +81,47 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
     display_.begin();
     // Most lines of most searches are passed over without a parse.
     const bool mayPass = options_.events.isGiven() && !needsTimes_ && context_ == 0;
-    const bool glances = mayPass || holds_;
-    const auto lookAt = [this, mayPass, glances](std::string_view text, std::uint64_t line) {
-        const bool isGlanced = glances && !isNew(line);
-        const Glance glance = isGlanced ? glanceAt(text) : Glance();
-        const bool passes =
-            mayPass && glance.kind == LineKind::Event && !options_.events.selects(glance.code);
-        if (!passes && glance.kind != LineKind::NoEvent) {
+    const bool mayCount = display_.counts().needsCodesOnly() && merge_ == nullptr && !needsTimes_ &&
+                          !holds_ && !options_.text.isGiven();
+    const bool glances = mayPass || mayCount || holds_;
+    const auto lookAt = [this, mayPass, mayCount, glances](std::string_view text,
+                                                           std::uint64_t line) {
+        if (options_.action == Action::CheckLogs) {
+            return check(text, line);
+        }
+        const Glance glance = glances && !isNew(line) ? glanceAt(text) : Glance();
+        const bool isEvent = glance.kind == LineKind::Event;
+        if (mayPass && isEvent && !options_.events.selects(glance.code)) {
+            return;
+        }
+        if (mayCount && isEvent) {
+            display_.counts().addCode(glance.code);
+        } else if (glance.kind != LineKind::NoEvent) {
             look(text, line, glance);
         }
     };
-    isFollowing_ = follower != nullptr;
-    if (isFollowing_) {
+    if (follower != nullptr) {
+        follower->callWhenIdle([this, follower] {
+            endHolding();
+            flushOutput();
+            if (const std::string note = follower->takeNote(); !note.empty()) {
+                report(safe(log_->path().text) + ": " + note);
+            }
+        });
         log_->follow(*follower, lookAt, flushOutput);
     } else {
         log_->read(lookAt, flushOutput);
     }
     endHolding();
     log_->close();
-    if (path.empty() && !display_.anyFound()) {
+    if (path.empty() && !display_.anyFound() && (merge_ == nullptr || merge_->isEmpty())) {
         explainNothing(range_, calendar_.first(), calendar_.last());
     }
+    display_.counts().addLog(log_->path().text, !log_->failed());
     return !log_->failed();
 }
 
+// Shows all that is held.
 void Query::endHolding()
 {
     while (!held_.empty()) {
@@ -132,6 +143,17 @@ bool Query::isInRange(std::uint64_t line, std::string_view time)
     return range_.holds(lastAt_);
 }
 
+void Query::check(std::string_view text, std::uint64_t line)
+{
+    const std::unique_ptr<EventRecord> event = readEvent(*log_, text, line, false);
+    jsonaccess::takeDiagnostics(); // the findings tell more
+    if (event == nullptr ||
+        ((!needsTimes_ || isInRange(line, event->time)) && options_.events.selects(event->code))) {
+        const std::string_view at = event != nullptr ? calendar_.at(line, event->time) : "";
+        display_.check().addLine(*log_, line, text, event.get(), at);
+    }
+}
+
 void Query::look(std::string_view text, std::uint64_t line, const Glance& glance)
 {
     bool matches = false;
@@ -146,6 +168,8 @@ void Query::look(std::string_view text, std::uint64_t line, const Glance& glance
         if (isNew(line)) {
             addTime(times_, line, *event);
             calendar_ = continued(calendar_, times_, *log_, options_.year);
+            jsonaccess::takeDiagnostics();
+            event = readEvent(*log_, text, line); // once more, for its own diagnostics
         }
         const bool isInTime = !needsTimes_ || isInRange(line, event->time);
         if (isInTime && options_.events.selects(event->code)) {
@@ -164,7 +188,7 @@ void Query::collect(const Place& place, std::string_view text, EventView* view)
         show(place, *view);
         return;
     }
-    takeDiagnostics(); // they come again if the event is shown
+    jsonaccess::takeDiagnostics(); // they come again if the event is shown
     if (isAtOnce && !place.matches) {
         return;
     }
@@ -178,8 +202,7 @@ void Query::collect(const Place& place, std::string_view text, EventView* view)
         if (holds_) {
             matches_.push_back(found.event);
         }
-        std::move(candidates_.begin(), candidates_.end(), std::back_inserter(held_));
-        candidates_.clear();
+        held_.splice(held_.end(), candidates_);
         after_ = context_;
     } else if (after_ > 0) {
         --after_;
@@ -222,29 +245,10 @@ void Query::show(const Place& place, EventView& view)
 } // namespace
 
 bool searchLog(const Options& options, const std::shared_ptr<Log>& log, Display& display,
-               Merge* merge, const std::optional<TimeRange>& range, const std::string& path)
+               Merge* merge, const std::optional<TimeRange>& range, const std::string& path,
+               LogFollower* follower)
 {
-    return Query(options, log, display, merge).run(range, path);
-}
-
-bool followLog(const Options& options, Display& display)
-{
-    const std::string& path = options.logs.front();
-    Query* query = nullptr;
-    LogFollower follower(path, STDOUT_FILENO, [&query, &follower, &path] {
-        query->endHolding();
-        flushOutput();
-        if (const std::string note = follower.takeNote(); !note.empty()) {
-            report(safe(path) + ": " + note);
-        }
-    });
-    const auto log = std::make_shared<Log>(path, follower);
-    Query followed(options, log, display, nullptr);
-    query = &followed;
-    if (followed.run(std::nullopt, "", &follower)) { // nobody reads the output
-        std::raise(SIGPIPE);
-    }
-    return false;
+    return Query(options, log, display, merge).run(range, path, follower);
 }
 
 } // namespace eventsviewer::query

@@ -1,14 +1,11 @@
-#include "eventlog/escapes.h"
-#include "jsonaccess/json_content.h"
+#include "eventlog/terminal.h"
 #include "query/writers.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <clocale>
 #include <cstdlib>
-#include <cwchar>
 
 namespace eventsviewer::query {
 
@@ -17,44 +14,16 @@ namespace {
 constexpr std::size_t kTimeWidth = 16;
 constexpr std::size_t kNameWidth = 31;
 constexpr std::size_t kWideTerminal = 100; // from here on the detail has a column of its own
-constexpr std::size_t kUsualWidth = 80;
 constexpr std::size_t kIndentBelow = 4;
 constexpr std::size_t kLeastDetail = 20; // a detail is never broken into shorter lines than this
 constexpr std::string_view kColourOn = "\033[1;34m";
 constexpr std::string_view kColourOff = "\033[0m";
 
-// The columns that the first character of a text takes.
-std::size_t widthOf(const jsonaccess::Character& character)
-{
-    const int columns = character.code < 0x80 ? 1 : wcwidth(static_cast<wchar_t>(character.code));
-    return columns < 0 ? 1 : static_cast<std::size_t>(columns);
-}
-
-// How many bytes of `text` fit into `columns`: up to the last space there, which is left out, or as
-// many characters as fit, one at least.
-std::size_t fittingLength(std::string_view text, std::size_t columns)
-{
-    std::size_t used = 0;
-    std::size_t at = 0;
-    std::size_t lastSpace = 0;
-    while (at < text.size()) {
-        const jsonaccess::Character character = jsonaccess::firstCharacter(text.substr(at));
-        if (text[at] == ' ') {
-            lastSpace = at;
-        }
-        used += widthOf(character);
-        if (used > columns) {
-            return lastSpace > 0 ? lastSpace : std::max(at, character.bytes);
-        }
-        at += character.bytes;
-    }
-    return at;
-}
-
 // Adds `detail`, each of whose lines begins in the column `indent`; the first is there already.
 void appendDetail(std::string& out, std::string_view detail, std::size_t indent, std::size_t width)
 {
     const std::size_t columns = std::max(width, indent + kLeastDetail) - indent;
+    std::size_t begin = 0;
     for (bool more = true; more;) {
         const std::size_t end = detail.find('\n');
         more = end != std::string_view::npos;
@@ -63,11 +32,12 @@ void appendDetail(std::string& out, std::string_view detail, std::size_t indent,
         std::string_view rest = line;
         do {
             const std::size_t length = width != 0 ? fittingLength(rest, columns) : rest.size();
+            out.append(length > 0 ? begin : 0, ' ');
             out += rest.substr(0, length);
             rest.remove_prefix(std::min(rest.size(), length));
             rest.remove_prefix(std::min(rest.size(), rest.find_first_not_of(' ')));
             out += '\n';
-            out.append(more || !rest.empty() ? indent : 0, ' ');
+            begin = indent;
         } while (!rest.empty());
     }
 }
@@ -84,32 +54,16 @@ std::size_t appendField(std::string& out, const std::string& text, std::size_t b
 
 } // namespace
 
-std::size_t columnsOf(std::string_view text)
-{
-    std::size_t columns = 0;
-    while (!text.empty()) {
-        const jsonaccess::Character character = jsonaccess::firstCharacter(text);
-        columns += widthOf(character);
-        text.remove_prefix(character.bytes);
-    }
-    return columns;
-}
-
 Layout layoutOfTerminal(bool colour)
 {
     if (isatty(STDOUT_FILENO) == 0) {
         return {0, colour, 0};
     }
     const char* const columns = std::getenv("COLUMNS");
-    long width = columns != nullptr ? std::strtol(columns, nullptr, 10) : 0;
-    winsize size = {};
-    if (width <= 0) {
-        ioctl(STDOUT_FILENO, TIOCGWINSZ, &size);
-        width = size.ws_col; // 0 on a serial line
-    }
+    const long width = columns != nullptr ? std::strtol(columns, nullptr, 10) : 0;
     // For the widths of characters. The patterns of the options compare bytes in the "C" locale.
     std::setlocale(LC_CTYPE, "C.UTF-8");
-    return {width > 0 ? static_cast<std::size_t>(width) : kUsualWidth, colour, 0};
+    return {width > 0 ? static_cast<std::size_t>(width) : terminalWidth(STDOUT_FILENO), colour, 0};
 }
 
 void appendTableRow(std::string& out, const Layout& layout, const EventView& event)

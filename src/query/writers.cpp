@@ -1,6 +1,6 @@
 #include "query/writers.h"
 
-#include "eventlog/escapes.h"
+#include "eventlog/terminal.h"
 #include "jsonaccess/json_content.h"
 
 #include <algorithm>
@@ -16,14 +16,7 @@ void appendLine(std::string& out, const EventView& event)
 {
     out += safe(event.time()) + '\t';
     out += event.name();
-    const std::string detail = event.wholeDetail();
-    std::string_view rest = detail;
-    const char* before = "\t";
-    for (std::size_t end = 0; end != std::string_view::npos; before = " | ") {
-        end = rest.find('\n');
-        out += before + safe(rest.substr(0, end));
-        rest.remove_prefix(end != std::string_view::npos ? end + 1 : 0);
-    }
+    out += '\t' + oneLine(event.wholeDetail());
     out += '\t' + safe(event.log->text) + '\n';
 }
 
@@ -69,13 +62,11 @@ class JsonRow {
 public:
     explicit JsonRow(std::size_t mostBytes)
     {
-        memory().resize(std::max(mostBytes, memory().size()));
-        end_ = memory().data();
+        static std::string memory;
+        memory.resize(std::max(mostBytes, memory.size()));
+        begin_ = end_ = memory.data();
     }
-    std::string_view text() const
-    {
-        return {memory().data(), static_cast<std::size_t>(end_ - memory().data())};
-    }
+    std::string_view text() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
     void add(std::string_view text) { end_ = std::copy(text.begin(), text.end(), end_); }
     void addContent(std::string_view before, std::string_view content)
     {
@@ -91,11 +82,7 @@ public:
 
 private:
     static constexpr std::ptrdiff_t kMostDigits = 24;
-    static std::string& memory()
-    {
-        static std::string memory;
-        return memory;
-    }
+    char* begin_;
     char* end_;
 };
 
@@ -135,6 +122,38 @@ std::string headerOf(Format format)
 {
     return format == Format::Csv ? "at,time,code,event,detail,vars,reason,meaning,file,line,log\r\n"
                                  : "";
+}
+
+std::string oneLine(std::string_view text)
+{
+    std::string line;
+    const char* before = "";
+    for (std::size_t end = 0; end != std::string_view::npos; before = " | ") {
+        end = text.find('\n');
+        line += before + safe(text.substr(0, end));
+        text.remove_prefix(end != std::string_view::npos ? end + 1 : 0);
+    }
+    return line;
+}
+
+void appendRecord(std::string& out, Format format, const std::vector<Field>& fields)
+{
+    const bool isJson = format == Format::Json;
+    const char* before = isJson ? "{" : "";
+    for (const Field& field : fields) {
+        out += before;
+        before = ",";
+        if (!isJson) {
+            appendField(out, field.value);
+            continue;
+        }
+        const char* const quote = field.isNumber ? "" : "\"";
+        out += '"';
+        out += field.name;
+        out += "\":";
+        out += quote + jsonaccess::jsonContent(field.value) + quote;
+    }
+    out += isJson ? "}\n" : "\r\n";
 }
 
 void appendEvent(std::string& out, Format format, const Layout& layout, const EventView& event)

@@ -5,9 +5,11 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace eventsviewer::query {
 
+/// How events are shown; the names are those of the option.
 enum class Format { Table, Lines, Csv, Json };
 
 /// How a table is laid out.
@@ -20,14 +22,24 @@ struct Layout {
 /// The layout for standard output as it is now; `colour` if its names are coloured there.
 Layout layoutOfTerminal(bool colour);
 
-/// The columns that `text`, which is safe, takes on a terminal.
-std::size_t columnsOf(std::string_view text);
-
 /// What comes before all events in this format.
 std::string headerOf(Format format);
 
 /// Adds one event in the form of `format`.
 void appendEvent(std::string& out, Format format, const Layout& layout, const EventView& event);
+
+/// `text` for a terminal, with bars in the place of its line breaks.
+std::string oneLine(std::string_view text);
+
+/// A value of a record, which is a row of csv or an object of json, and its column or key.
+struct Field {
+    const char* name;
+    std::string_view value = {};
+    bool isNumber = false;
+};
+
+/// Adds a record in csv or json.
+void appendRecord(std::string& out, Format format, const std::vector<Field>& fields);
 
 /// Adds `event` as rows of a table for a person:
 ///

@@ -45,8 +45,12 @@ VIEWER_CASES = {
 QUERY_CASES = {
     # the names of options
     "--ev": ["--event"],
-    "-r --co": ["--color", "--context"],
+    "-r --co": ["--color", "--context", "--count"],
     "--zz": [],
+    # what events are counted by
+    "-c de": ["detail"],
+    "-rc h": ["hour"],
+    "--count=da": ["day"],
     # the names of events after every form of the option
     "-e MODEM_OUT": ["MODEM_OUT_OF_NETWORK"],
     "--event MODEM_OUT": ["MODEM_OUT_OF_NETWORK"],

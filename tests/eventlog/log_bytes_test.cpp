@@ -117,6 +117,8 @@ TEST_F(LogBytesTest, NamesOtherForms)
 {
     EXPECT_EQ("|a tar archive, not a log; unpack it with tar -xf",
               readOf("log" + std::string(254, '\0') + "ustar"));
+    const std::string line = std::string(257, 'x') + "ustar";
+    EXPECT_EQ(line, readOf(line));
     EXPECT_EQ("|compressed by xz; unpack it with xz -d, or with tar -xf if it is a .tar.xz",
               readOf("\xfd"
                      "7zXZ\0"s));

@@ -26,6 +26,7 @@ namespace {
 // Which watches fail, as when the system has no more of them.
 std::function<bool(const std::string& path, std::uint32_t changes)> cannotWatch;
 std::function<void()> beforeOpen0; // called once, before a file L.0 is opened
+std::function<void()> beforeQueue; // called once, before what inotify reports is read
 bool isOnNetwork = false;
 bool queueOverflows = false;
 int readError = 0;
@@ -68,6 +69,9 @@ int __wrap_statfs64(const char* path, struct statfs* status)
 // Only the queue of inotify is read by this one.
 ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size)
 {
+    if (beforeQueue) {
+        std::exchange(beforeQueue, {})();
+    }
     const ssize_t count = __real_read(descriptor, buffer, size);
     if (count <= 0 || !queueOverflows) {
         return count;
@@ -102,7 +106,7 @@ protected:
     ~LogFollowerTest() override
     {
         cannotWatch = nullptr;
-        beforeOpen0 = nullptr;
+        beforeOpen0 = beforeQueue = nullptr;
         isOnNetwork = queueOverflows = false;
         readError = 0;
     }
@@ -130,17 +134,16 @@ protected:
         int output[2];
         EXPECT_EQ(0, pipe(output));
         std::size_t done = 0;
-        LogFollower* follower = nullptr;
-        LogFollower followed(folder_.path("log"), output[1], [&] {
+        LogFollower followed(folder_.path("log"), output[1]);
+        followed.callWhenIdle([&] {
             if (done < steps.size()) {
                 steps[done]();
             } else if (done == steps.size()) {
                 close(output[0]);
             }
             ++done;
-            notes_ += follower->takeNote();
+            notes_ += followed.takeNote();
         });
-        follower = &followed;
         Lines lines;
         while (followed.nextFile()) {
             LineReader reader(followed);
@@ -153,6 +156,7 @@ protected:
         }
         notes_ += followed.takeNote();
         error_ = followed.error();
+        errorPath_ = followed.errorPath();
         close(output[1]);
         if (done <= steps.size()) {
             close(output[0]);
@@ -163,6 +167,7 @@ protected:
     TemporaryFolder folder_;
     std::string notes_;
     int error_ = 0;
+    std::string errorPath_;
 };
 
 constexpr const char* kPolls =
@@ -306,14 +311,37 @@ TEST_F(LogFollowerTest, LosesNothingIfItIsRotatedWhileItIsOpened)
     EXPECT_EQ("", notes_);
 }
 
-TEST_F(LogFollowerTest, GivesEachFileOnceIfTheLogIsRotatedWhenBothHaveBeenOpened)
+TEST_F(LogFollowerTest, GivesEachFileOnceIfTheLogIsRotatedWhenTwoHaveBeenOpened)
 {
     append("log.0", "1\n");
     append("log", "2\n");
-    const Step rotateNow = [&] { rotate("3\n"); };
-    beforeOpen0 = [&] { beforeOpen0 = rotateNow; };
-    EXPECT_EQ((Lines{"1", "2"}), follow({}));
+    beforeQueue = [&] { rotate("3\n"); };
+    EXPECT_EQ((Lines{"1", "2", "3"}), follow({}));
     EXPECT_EQ("", notes_);
+}
+
+TEST_F(LogFollowerTest, TakesOnlyAFileForThePredecessor)
+{
+    append("log", "1\n");
+    std::filesystem::create_directory(folder_.path("log.0"));
+    EXPECT_EQ(Lines{"1"}, follow({}));
+    std::filesystem::remove(folder_.path("log.0"));
+    ASSERT_EQ(0, mkfifo(folder_.path("log.0").c_str(), 0600));
+    EXPECT_EQ(Lines{"1"}, follow({}));
+    std::filesystem::remove(folder_.path("log"));
+    EXPECT_EQ(Lines{"2"}, follow({[] {}, [&] { append("log", "2\n"); }}));
+    EXPECT_EQ("", notes_);
+    EXPECT_EQ(0, error_);
+}
+
+TEST_F(LogFollowerTest, SaysSoIfThePredecessorCannotBeOpened)
+{
+    append("log", "1\n");
+    std::filesystem::create_symlink("log.0", folder_.path("log.0"));
+    EXPECT_EQ(Lines{"1"}, follow({}));
+    EXPECT_EQ("its predecessor cannot be read: Too many levels of symbolic links;"
+              " events may be missing",
+              notes_);
 }
 
 TEST_F(LogFollowerTest, WaitsForALogThatIsRemovedWhileItIsOpened)
@@ -356,7 +384,7 @@ TEST_F(LogFollowerTest, GoesOnInACopyThatWasRotated)
     EXPECT_EQ("", notes_);
 }
 
-TEST_F(LogFollowerTest, NoticesWhatIsBehindALink)
+TEST_F(LogFollowerTest, NoticesWhatIsWrittenWhereALinkLeads)
 {
     std::filesystem::create_directory(folder_.path("real"));
     append("real/log", "1\n");
@@ -457,6 +485,7 @@ TEST_F(LogFollowerTest, EndsAfterAReadError)
                   readError = EIO;
               }}));
     EXPECT_EQ(EIO, error_);
+    EXPECT_EQ(folder_.path("log"), errorPath_);
 }
 
 TEST_F(LogFollowerTest, GoesOnAfterAnInterruption)
@@ -490,6 +519,7 @@ TEST_F(LogFollowerTest, EndsIfTheLogCannotBeOpened)
     std::filesystem::create_symlink("log", folder_.path("log"));
     EXPECT_EQ(Lines{}, follow({}));
     EXPECT_EQ(ELOOP, error_);
+    EXPECT_EQ(folder_.path("log"), errorPath_);
 }
 
 } // namespace

@@ -108,7 +108,8 @@ def query_cases_with_times():
              % (i // 60, i % 60, b"5" if i == 99 else b'"%s"' % (b"x" * (i % 977)))
              for i in range(400)]
     files = {"log.0": b"".join(lines[:150]), "log": b"".join(lines[150:])}
-    for options in (["-o", "csv"], ["-o", "json", "-S", "01:00", "-U", "-1h"], ["-g", "x{90}", "-C", "1"]):
+    for options in (["-o", "csv"], ["-o", "json", "-S", "01:00", "-U", "-1h"], ["-g", "x{90}", "-C", "1"],
+                    ["-c", "event,log"], ["-c", "hour", "-o", "csv"], ["--check"], ["--check", "-o", "json"]):
         yield Case("two files of several blocks", [*options, "log"], files)
     yield Case("a pipe", ["-S", "01:00", "-"], {}, b"".join(lines[:250]))
     packed = {f"{name}.gz": gzip.compress(text) for name, text in files.items()}

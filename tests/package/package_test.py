@@ -4,7 +4,7 @@
 usage: package_test.py PACKAGES THE_SAME NEXT
 
 The folders hold the packages, the same ones made elsewhere, and those of a later version in which
-"renamed-" stands before the name of the completions for fish.
+the name of the completions for fish begins with "renamed-".
 """
 
 import gzip

@@ -242,6 +242,19 @@ def check_filters(command, log):
     return [] if times == expected else [f"with {options} it shows {times}"]
 
 
+def check_diagnostics(command, log):
+    """Each is printed once, also of an event that sets the clock; returns what is wrong."""
+    log.write_bytes(line(949, b"Nov 20 08:00:00"))
+    process = subprocess.Popen([*command, "-f", "-o", "json", log], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    process.stdout.readline()
+    with open(log, "ab") as file:
+        file.write(b'{"id":1227,"vars":{"a":"1" // x\r}}\n')
+    process.stdout.readline()
+    process.terminate()
+    errors = process.communicate()[1]
+    return [] if errors.count(b"error occured") == 1 else [f"standard error is {errors}"]
+
+
 def check_closed_streams(command, log, is_emulated):
     """The log does not take the place of standard error; returns what is wrong."""
     log.write_bytes(line(949, b"Nov 20 08:00:00"))
@@ -289,7 +302,8 @@ def main():
     if not arguments.tail:
         with tempfile.TemporaryDirectory() as folder:
             program, log = [*emulator, os.path.abspath(arguments.program)], Path(folder, "log")
-            for wrong in (*check_filters(program, log), *check_closed_streams(program, log, emulator),
+            for wrong in (*check_filters(program, log), *check_diagnostics(program, log),
+                          *check_closed_streams(program, log, emulator),
                           *check_silence(program, log, emulator)):
                 print(wrong)
                 failed += 1

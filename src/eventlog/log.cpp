@@ -1,9 +1,8 @@
-#include "query/log.h"
+#include "eventlog/log.h"
 
-#include "eventlog/escapes.h"
 #include "eventlog/log_files.h"
+#include "eventlog/terminal.h"
 #include "jsonaccess/json_content.h"
-#include "query/messages.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,17 +13,10 @@
 #include <ctime>
 #include <utility>
 
-namespace eventsviewer::query {
+namespace eventsviewer {
 
-namespace {
-
-// A log never takes the place of a standard output that is closed.
-constexpr int kFirstFree = 3;
-
-} // namespace
-
-Log::Log(const std::string& path, const std::string& label, bool isSilent)
-    : path_{path, jsonaccess::jsonContent(path)}, label_(label), isSilent_(isSilent)
+Log::Log(const std::string& path, const std::string& label, Report report)
+    : path_{path, jsonaccess::jsonContent(path)}, label_(label), report_(report)
 {
     const std::vector<std::string> names = fileNamesOf(path);
     for (const std::string& name : names) {
@@ -47,8 +39,8 @@ Log::Log(const std::string& path, const std::string& label, bool isSilent)
     }
 }
 
-Log::Log(const std::string& path, LogFollower& follower)
-    : path_{path, jsonaccess::jsonContent(path)}, isSilent_(false)
+Log::Log(const std::string& path, LogFollower& follower, Report report)
+    : path_{path, jsonaccess::jsonContent(path)}, report_(report)
 {
     for (const auto& [name, descriptor] : follower.firstFiles()) {
         files_.push_back(fileAt(name));
@@ -88,6 +80,14 @@ void Log::keepForReadingAgain()
     }
 }
 
+void Log::reportBy(Report report)
+{
+    report_ = report;
+    for (File& file : files_) {
+        reportError(file);
+    }
+}
+
 const Log::File& Log::holding(std::uint64_t number) const
 {
     auto file = files_.rbegin();
@@ -115,18 +115,18 @@ std::int64_t Log::changed() const
 
 void Log::reportError(File& file)
 {
-    if (!file.error.empty() && !isSilent_ && !std::exchange(file.isReported, true)) {
-        query::report(file.safePath + ": " + file.error);
+    if (!file.error.empty() && report_ != nullptr && !std::exchange(file.isReported, true)) {
+        report_(file.safePath + ": " + file.error);
         failed_ = true;
     }
 }
 
-void Log::report(std::uint64_t number, std::string_view message) const
+void Log::reportLine(std::uint64_t number, std::string_view message) const
 {
-    if (!message.empty() && !isSilent_) {
-        query::report(holding(number).safePath + ':' + std::to_string(placeOf(number).second) +
-                      ": " + safe(message));
+    if (!message.empty() && report_ != nullptr) {
+        report_(holding(number).safePath + ':' + std::to_string(placeOf(number).second) + ": " +
+                safe(message));
     }
 }
 
-} // namespace eventsviewer::query
+} // namespace eventsviewer

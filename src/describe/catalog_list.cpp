@@ -1,14 +1,12 @@
-#include "query/query.h"
+#include "describe/catalog_list.h"
 
 #include "catalog/event_names.h"
 #include "describe/describe_event.h"
 #include "describe/description.h"
 #include "describe/reason_variables.h"
-#include "eventlog/escapes.h"
 #include "jsonaccess/json_content.h"
-#include "query/messages.h"
 
-namespace eventsviewer::query {
+namespace eventsviewer {
 
 namespace {
 
@@ -26,9 +24,22 @@ std::string withKeys(const Description& description)
     return text;
 }
 
-// All words about one event.
-std::string wordsOf(std::int32_t code, const Description* description)
+std::string quoted(std::string_view text)
 {
+    return '"' + jsonaccess::jsonContent(text) + '"';
+}
+
+void appendItem(std::string& list, const std::string& item)
+{
+    list += list.empty() ? "" : ",";
+    list += item;
+}
+
+} // namespace
+
+std::string catalogWords(std::int32_t code)
+{
+    const Description* const description = findDescription(code);
     std::string text = eventNameFor(code);
     if (description != nullptr) {
         text += '\n' + withKeys(*description);
@@ -43,13 +54,7 @@ std::string wordsOf(std::int32_t code, const Description* description)
     return text;
 }
 
-// One event for a person:
-//
-//     1229 MODEM_OUT_OF_NETWORK
-//          This terminal fell out of network.
-//          Reason: {out_of_network_reason}
-//          - NO_UCP: Failed to receive UCP messages; Last slot was allocated ~%u seconds ago
-std::string tableEntry(std::int32_t code, std::string_view words)
+std::string catalogText(std::int32_t code, std::string_view words)
 {
     std::string text = std::to_string(code);
     text.insert(0, text.size() < 4 ? 4 - text.size() : 0, ' ');
@@ -61,19 +66,9 @@ std::string tableEntry(std::int32_t code, std::string_view words)
     return text + '\n';
 }
 
-std::string quoted(std::string_view text)
+std::string catalogJson(std::int32_t code)
 {
-    return '"' + jsonaccess::jsonContent(text) + '"';
-}
-
-void appendItem(std::string& list, const std::string& item)
-{
-    list += list.empty() ? "" : ",";
-    list += item;
-}
-
-std::string jsonEntry(std::int32_t code, const Description* description)
-{
+    const Description* const description = findDescription(code);
     std::string variables;
     std::string reasons;
     for (const Slot& slot :
@@ -89,25 +84,7 @@ std::string jsonEntry(std::int32_t code, const Description* description)
     }
     return R"({"code":)" + std::to_string(code) + R"(,"event":)" + quoted(eventNameFor(code)) +
            R"(,"template":)" + quoted(description != nullptr ? description->text : "") +
-           R"(,"variables":[)" + variables + R"(],"reasons":{)" + reasons + "}}\n";
+           R"(,"variables":[)" + variables + R"(],"reasons":{)" + reasons + "}}";
 }
 
-} // namespace
-
-int listCatalog(const Options& options)
-{
-    bool anyFound = false;
-    for (const std::int32_t code : knownEventCodes()) {
-        const Description* const description = findDescription(code);
-        const std::string words = wordsOf(code, description);
-        if (options.events.selects(code) && options.text.matches(words)) {
-            output() += options.format == Format::Json ? jsonEntry(code, description)
-                                                       : tableEntry(code, words);
-            anyFound = true;
-        }
-    }
-    flushOutput();
-    return anyFound ? kFound : kNothingFound;
-}
-
-} // namespace eventsviewer::query
+} // namespace eventsviewer

@@ -4,33 +4,44 @@
 #include "eventlog/log_bytes.h"
 #include "eventlog/log_follower.h"
 #include "eventlog/reading_progress.h"
-#include "query/event_view.h"
 
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-namespace eventsviewer::query {
+namespace eventsviewer {
 
-/// Lines with more bytes are left out, so that memory stays small.
+/// Lines with more bytes are left out, so that memory has a bound.
 constexpr std::size_t kLongestLine = std::size_t{16} * 1024 * 1024;
+
+/// A path as it is, and as the content of a JSON string.
+struct Path {
+    std::string text;
+    std::string json;
+};
 
 /// A log as it is given: the file L.0, if there is one, and the file L, or compressed ones; or
 /// standard input.
 class Log {
 public:
-    /// Opens the log at `path`, or standard input for "-". Names each file that cannot be opened on
-    /// standard error, unless `isSilent`: a log is read silently if it is read again later.
-    explicit Log(const std::string& path, const std::string& label, bool isSilent = false);
+    /// Says what is wrong, in one line for a person.
+    using Report = void (*)(const std::string& message);
+    using Pause = std::function<void()>;
+
+    /// Opens the log at `path`, or standard input for "-". Names each file that cannot be opened by
+    /// `report`, which is null if the log is read again later.
+    Log(const std::string& path, const std::string& label, Report report);
 
     /// The files that `follower` begins with.
-    Log(const std::string& path, LogFollower& follower);
+    Log(const std::string& path, LogFollower& follower, Report report);
 
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;
@@ -40,9 +51,10 @@ public:
     void keepForReadingAgain();
 
     /// Calls `use(line, number)` with each line, oldest first. `number` counts the lines of the log
-    /// from 0 on. Calls `pause()` when the next lines may take time to come. Names a file that
-    /// cannot be read to its end, and each line that is too long, on standard error.
-    template <typename Use, typename Pause> void read(Use use, Pause pause)
+    /// from 0 on. A line that is too long has no data. Calls `pause()` when the next lines may take
+    /// time to come. Names a file that cannot be read to its end, and each line that is too long,
+    /// on standard error.
+    template <typename Use> void read(Use use, const Pause& pause)
     {
         std::uint64_t number = 0;
         for (File& file : files_) {
@@ -52,21 +64,16 @@ public:
             }
             lseek(file.descriptor, file.start, SEEK_SET); // a pipe is read once, from where it is
             LogBytes bytes(file.descriptor);
-            std::uint64_t bytesBefore = 0;
-            number = readLines(bytes, number, use, [&] {
-                showProgress(file.safePath, bytes.bytesRead() - bytesBefore);
-                bytesBefore = bytes.bytesRead();
-                pause();
-            });
+            number = readLines(bytes, file.safePath, number, use, pause);
             file.error = bytes.error().empty() ? file.error : bytes.error();
             reportError(file);
         }
-        reported_ = isSilent_ ? 0 : number;
+        reported_ = report_ != nullptr ? number : 0;
         lines_ = number;
     }
 
     /// Reads the files of `follower` like read, as long as they come.
-    template <typename Use, typename Pause> void follow(LogFollower& follower, Use use, Pause pause)
+    template <typename Use> void follow(LogFollower& follower, Use use, const Pause& pause)
     {
         close();
         files_.clear();
@@ -74,10 +81,10 @@ public:
         while (follower.nextFile()) {
             files_.push_back(fileAt(follower.path()));
             files_.back().firstLine = lines_;
-            lines_ = readLines(follower, lines_, use, pause);
+            lines_ = readLines(follower, files_.back().safePath, lines_, use, pause);
         }
         if (follower.error() != 0) {
-            files_.push_back(fileAt(path_.text));
+            files_.push_back(fileAt(follower.errorPath()));
             files_.back().error = std::strerror(follower.error());
             reportError(files_.back());
         }
@@ -89,8 +96,8 @@ public:
     /// Whether a part of it is gone if the log is opened once more.
     bool isOnlyHere() const { return isOnlyHere_; }
 
-    /// From now on what is wrong is named.
-    void endSilence() { isSilent_ = false; }
+    /// Names by `report` what is wrong, and what will be.
+    void reportBy(Report report);
 
     /// Closes the files. What was read of them can still be named.
     void close();
@@ -102,8 +109,8 @@ public:
     /// The path of the file with line `number`, and which line of that file it is, from 1 on.
     std::pair<const Path*, std::uint64_t> placeOf(std::uint64_t number) const;
 
-    /// Says `message` of the line `number` on standard error; nothing without a message.
-    void report(std::uint64_t number, std::string_view message) const;
+    /// Says `message` of the line `number`; nothing without a message.
+    void reportLine(std::uint64_t number, std::string_view message) const;
 
     /// When the file was last changed, in seconds since 1970; now for standard input.
     std::int64_t changed() const;
@@ -122,15 +129,19 @@ private:
         std::uint64_t firstLine = UINT64_MAX;
     };
 
-    template <typename Bytes, typename Use, typename Pause>
-    std::uint64_t readLines(Bytes& bytes, std::uint64_t number, Use use, Pause pause)
+    template <typename Use>
+    std::uint64_t readLines(ByteSource& bytes, const std::string& file, std::uint64_t number,
+                            Use& use, const Pause& pause)
     {
         LineReader reader(bytes, kLongestLine);
+        std::uint64_t bytesBefore = 0;
         std::string_view lines;
         while (reader.next(lines)) {
+            showProgress(file, bytes.bytesRead() - bytesBefore);
+            bytesBefore = bytes.bytesRead();
             if (reader.leftOutLine()) {
-                report(number, number < reported_ ? "" : "longer than 16 MiB; left out");
-                ++number;
+                reportLine(number, number < reported_ ? "" : "longer than 16 MiB; left out");
+                use({}, number++);
                 continue;
             }
             while (!lines.empty()) {
@@ -146,7 +157,7 @@ private:
 
     Path path_;
     std::string label_;
-    bool isSilent_;
+    Report report_;
     std::vector<File> files_;
     bool isOnlyHere_ = false;
     std::uint64_t reported_ = 0; // of these lines the long ones have been reported
@@ -154,4 +165,4 @@ private:
     std::uint64_t lines_ = 0;
 };
 
-} // namespace eventsviewer::query
+} // namespace eventsviewer

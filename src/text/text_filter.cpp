@@ -1,11 +1,10 @@
-#include "query/filters.h"
-
-#include "query/messages.h"
+#include "text/text_filter.h"
 
 #include <cerrno>
 #include <cstddef>
+#include <new>
 
-namespace eventsviewer::query {
+namespace eventsviewer {
 
 namespace {
 
@@ -52,9 +51,9 @@ bool TextFilter::matches(const std::string& text) const
         return true;
     }
     if (errno == ENOMEM) { // which the C library gives back as a text without a match
-        endOutOfMemory();
+        throw std::bad_alloc();
     }
     return false;
 }
 
-} // namespace eventsviewer::query
+} // namespace eventsviewer

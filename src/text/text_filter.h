@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-namespace eventsviewer::query {
+namespace eventsviewer {
 
 /// Selects strings by an extended POSIX regular expression, which matches within one line, byte by
 /// byte. Without capitals it matches in any case.
@@ -14,13 +14,15 @@ public:
     /// Sets the expression. Returns what is wrong with it, or nothing.
     std::string set(const std::string& expression);
 
+    /// Whether there is an expression.
     bool isGiven() const { return compiled_ != nullptr; }
 
-    /// Whether the expression matches in `text`; true without one.
+    /// Whether the expression matches in `text`; true without one. Throws
+    /// std::bad_alloc.
     bool matches(const std::string& text) const;
 
 private:
     std::shared_ptr<regex_t> compiled_;
 };
 
-} // namespace eventsviewer::query
+} // namespace eventsviewer
