@@ -232,8 +232,7 @@ def main():
             page = f"{SOURCE}/doc/performance.md"
             report.replace_section(page, "figures", report.gate_table(bench.gates))
             report.replace_section(page, "cpu", report.cpu_table(series, CHART_SIZES))
-            report.replace_section(page, "queries",
-                                   report.cpu_table(bench.query_series(), [FEW, MANY]))
+            report.replace_section(page, "queries", report.cpu_table(bench.query_series(), [FEW, MANY]))
             report.replace_section(page, "logs", report.cpu_table(bench.many_logs(), [300], "logs"))
             report.draw(f"{SOURCE}/doc/performance.svg", series, CHART_SIZES)
     missed = [gate for gate in bench.gates if not gate.passed]

@@ -1,6 +1,7 @@
 #include "eventlog/calendar.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace eventsviewer {
 
@@ -15,7 +16,7 @@ constexpr int kDaysAfterReturn = 31;
 
 void Calendar::add(std::uint64_t line, std::string_view time)
 {
-    if (!lastDate_.empty() && lastDate_ == time.substr(0, kDateLength + 1)) {
+    if (hasLastDate(time)) {
         const int second = secondOf(time.substr(std::min(kDateLength + 1, time.size())));
         last_->second = second >= 0 ? second : last_->second;
         return;
@@ -28,6 +29,13 @@ void Calendar::add(std::uint64_t line, std::string_view time)
     addDate(line, *stamp);
     first_ = first_ ? first_ : stamp;
     last_ = stamp;
+}
+
+bool Calendar::hasLastDate(std::string_view time) const
+{
+    constexpr std::size_t kLength = kDateLength + 1;
+    return lastDate_.size() == kLength && time.size() >= kLength &&
+           std::memcmp(lastDate_.data(), time.data(), kLength) == 0;
 }
 
 void Calendar::addDate(std::uint64_t line, const Stamp& stamp)
@@ -140,7 +148,7 @@ void Calendar::finishAs(const Calendar& earlier)
 
 std::string_view Calendar::at(std::uint64_t line, std::string_view time)
 {
-    if (line < turnBegin_ || line >= turnEnd_ || lastDate_ != time.substr(0, kDateLength + 1)) {
+    if (line < turnBegin_ || line >= turnEnd_ || !hasLastDate(time)) {
         const auto after = std::upper_bound(
             turns_.begin(), turns_.end(), line,
             [](std::uint64_t wanted, const Turn& turn) { return wanted < turn.line; });

@@ -59,6 +59,7 @@ private:
         std::optional<Stamp> before;
     };
 
+    bool hasLastDate(std::string_view time) const;
     void addDate(std::uint64_t line, const Stamp& stamp);
     void turn(std::uint64_t line, std::optional<int> year);
     bool isReturn(const Stamp& stamp) const;

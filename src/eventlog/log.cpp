@@ -1,10 +1,7 @@
 #include "eventlog/log.h"
 
-#include "eventlog/terminal.h"
-#include "eventlog/line_reader.h"
-#include "eventlog/log_bytes.h"
 #include "eventlog/log_files.h"
-#include "eventlog/reading_progress.h"
+#include "eventlog/terminal.h"
 #include "jsonaccess/json_content.h"
 
 #include <fcntl.h>
@@ -81,64 +78,6 @@ void Log::keepForReadingAgain()
             file.start = 0;
         }
     }
-}
-
-void Log::read(const Use& use, const Pause& pause)
-{
-    std::uint64_t number = 0;
-    for (File& file : files_) {
-        file.firstLine = number;
-        if (file.descriptor < 0) {
-            continue;
-        }
-        lseek(file.descriptor, file.start, SEEK_SET); // a pipe is read once, from where it is
-        LogBytes bytes(file.descriptor);
-        number = readLines(bytes, file.safePath, number, use, pause);
-        file.error = bytes.error().empty() ? file.error : bytes.error();
-        reportError(file);
-    }
-    reported_ = report_ != nullptr ? number : 0;
-    lines_ = number;
-}
-
-void Log::follow(LogFollower& follower, const Use& use, const Pause& pause)
-{
-    close();
-    files_.clear();
-    lines_ = 0;
-    while (follower.nextFile()) {
-        files_.push_back(fileAt(follower.path()));
-        files_.back().firstLine = lines_;
-        lines_ = readLines(follower, files_.back().safePath, lines_, use, pause);
-    }
-    if (follower.error() != 0) {
-        files_.push_back(fileAt(follower.errorPath()));
-        files_.back().error = std::strerror(follower.error());
-        reportError(files_.back());
-    }
-}
-
-// Returns the number of the line after the last.
-std::uint64_t Log::readLines(ByteSource& bytes, const std::string& file, std::uint64_t number,
-                             const Use& use, const Pause& pause)
-{
-    LineReader reader(bytes, kLongestLine);
-    std::uint64_t bytesBefore = 0;
-    std::string_view lines;
-    while (reader.next(lines)) {
-        showProgress(file, bytes.bytesRead() - bytesBefore);
-        bytesBefore = bytes.bytesRead();
-        if (reader.leftOutLine()) {
-            reportLine(number, number < reported_ ? "" : "longer than 16 MiB; left out");
-            use({}, number++);
-            continue;
-        }
-        while (!lines.empty()) {
-            use(takeFirstLine(lines), number++);
-        }
-        pause();
-    }
-    return number;
 }
 
 void Log::reportBy(Report report)

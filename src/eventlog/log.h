@@ -1,11 +1,16 @@
 #pragma once
 
+#include "eventlog/line_reader.h"
+#include "eventlog/log_bytes.h"
 #include "eventlog/log_follower.h"
+#include "eventlog/reading_progress.h"
 
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -29,7 +34,6 @@ class Log {
 public:
     /// Says what is wrong, in one line for a person.
     using Report = void (*)(const std::string& message);
-    using Use = std::function<void(std::string_view line, std::uint64_t number)>;
     using Pause = std::function<void()>;
 
     /// Opens the log at `path`, or standard input for "-". Names each file that cannot be opened by
@@ -50,10 +54,41 @@ public:
     /// from 0 on. A line that is too long has no data. Calls `pause()` when the next lines may take
     /// time to come. Names a file that cannot be read to its end, and each line that is too long,
     /// on standard error.
-    void read(const Use& use, const Pause& pause);
+    template <typename Use> void read(Use use, const Pause& pause)
+    {
+        std::uint64_t number = 0;
+        for (File& file : files_) {
+            file.firstLine = number;
+            if (file.descriptor < 0) {
+                continue;
+            }
+            lseek(file.descriptor, file.start, SEEK_SET); // a pipe is read once, from where it is
+            LogBytes bytes(file.descriptor);
+            number = readLines(bytes, file.safePath, number, use, pause);
+            file.error = bytes.error().empty() ? file.error : bytes.error();
+            reportError(file);
+        }
+        reported_ = report_ != nullptr ? number : 0;
+        lines_ = number;
+    }
 
     /// Reads the files of `follower` like read, as long as they come.
-    void follow(LogFollower& follower, const Use& use, const Pause& pause);
+    template <typename Use> void follow(LogFollower& follower, Use use, const Pause& pause)
+    {
+        close();
+        files_.clear();
+        lines_ = 0;
+        while (follower.nextFile()) {
+            files_.push_back(fileAt(follower.path()));
+            files_.back().firstLine = lines_;
+            lines_ = readLines(follower, files_.back().safePath, lines_, use, pause);
+        }
+        if (follower.error() != 0) {
+            files_.push_back(fileAt(follower.errorPath()));
+            files_.back().error = std::strerror(follower.error());
+            reportError(files_.back());
+        }
+    }
 
     /// How many lines have been read.
     std::uint64_t lines() const { return lines_; }
@@ -94,8 +129,28 @@ private:
         std::uint64_t firstLine = UINT64_MAX;
     };
 
+    template <typename Use>
     std::uint64_t readLines(ByteSource& bytes, const std::string& file, std::uint64_t number,
-                            const Use& use, const Pause& pause);
+                            Use& use, const Pause& pause)
+    {
+        LineReader reader(bytes, kLongestLine);
+        std::uint64_t bytesBefore = 0;
+        std::string_view lines;
+        while (reader.next(lines)) {
+            showProgress(file, bytes.bytesRead() - bytesBefore);
+            bytesBefore = bytes.bytesRead();
+            if (reader.leftOutLine()) {
+                reportLine(number, number < reported_ ? "" : "longer than 16 MiB; left out");
+                use({}, number++);
+                continue;
+            }
+            while (!lines.empty()) {
+                use(takeFirstLine(lines), number++);
+            }
+            pause();
+        }
+        return number;
+    }
     static File fileAt(const std::string& name);
     const File& holding(std::uint64_t number) const;
     void reportError(File& file);

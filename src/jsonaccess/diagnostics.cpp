@@ -10,27 +10,24 @@ namespace {
 
 constexpr std::string_view kDiagnostic = "Tarvik workaround: ";
 
-std::stringbuf& captured()
-{
-    static auto* const buffer = new std::stringbuf; // std::cout uses it up to the end
-    return *buffer;
-}
+std::stringbuf* captured = nullptr; // std::cout uses it up to the end
 
 } // namespace
 
 void captureDiagnostics()
 {
-    std::cout.rdbuf(&captured());
+    captured = new std::stringbuf;
+    std::cout.rdbuf(captured);
 }
 
 std::vector<std::string> takeDiagnostics()
 {
     std::vector<std::string> diagnostics;
-    if (captured().in_avail() <= 0) { // as nearly always
+    if (captured->in_avail() <= 0) { // as nearly always
         return diagnostics;
     }
-    std::istringstream lines(captured().str());
-    captured().str({});
+    std::istringstream lines(captured->str());
+    captured->str({});
     for (std::string line; std::getline(lines, line);) {
         if (line.compare(0, kDiagnostic.size(), kDiagnostic) == 0) {
             diagnostics.push_back(line.substr(kDiagnostic.size()));

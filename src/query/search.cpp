@@ -84,7 +84,8 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
     const bool mayCount = display_.counts().needsCodesOnly() && merge_ == nullptr && !needsTimes_ &&
                           !holds_ && !options_.text.isGiven();
     const bool glances = mayPass || mayCount || holds_;
-    const auto lookAt = [&](std::string_view text, std::uint64_t line) {
+    const auto lookAt = [this, mayPass, mayCount, glances](std::string_view text,
+                                                           std::uint64_t line) {
         if (options_.action == Action::CheckLogs) {
             return check(text, line);
         }

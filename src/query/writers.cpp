@@ -62,13 +62,11 @@ class JsonRow {
 public:
     explicit JsonRow(std::size_t mostBytes)
     {
-        memory().resize(std::max(mostBytes, memory().size()));
-        end_ = memory().data();
+        static std::string memory;
+        memory.resize(std::max(mostBytes, memory.size()));
+        begin_ = end_ = memory.data();
     }
-    std::string_view text() const
-    {
-        return {memory().data(), static_cast<std::size_t>(end_ - memory().data())};
-    }
+    std::string_view text() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
     void add(std::string_view text) { end_ = std::copy(text.begin(), text.end(), end_); }
     void addContent(std::string_view before, std::string_view content)
     {
@@ -84,11 +82,7 @@ public:
 
 private:
     static constexpr std::ptrdiff_t kMostDigits = 24;
-    static std::string& memory()
-    {
-        static std::string memory;
-        return memory;
-    }
+    char* begin_;
     char* end_;
 };
 
