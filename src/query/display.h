@@ -5,11 +5,12 @@
 #include "query/counts.h"
 #include "query/event_view.h"
 #include "query/options.h"
-#include "query/report.h"
+#include "report/page.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace eventsviewer::query {
@@ -56,22 +57,13 @@ public:
     int end();
 
     /// The page that is shown; null in other formats.
-#ifdef EVENTS_QUERY_HTML
-    Report* report()
-    {
-        return options_.isPage() ? &report_ : nullptr;
-    }
+    Page* page() { return options_.isPage() ? addressOf(page_) : nullptr; }
 
 private:
-    Report report_;
-#else
-    static Report* report()
-    {
-        return nullptr;
-    }
+    struct NoPage {};
+    static Page* addressOf(Page& page) { return &page; }
+    static Page* addressOf(NoPage& /*unused*/) { return nullptr; }
 
-private:
-#endif
     const Options& options_;
     Layout layout_;
     Counts counts_;
@@ -81,6 +73,7 @@ private:
     bool anyShown_ = false;
     const Log* lastLog_ = nullptr; // null at the beginning of a log
     std::uint64_t lastEvent_ = 0;
+    std::conditional_t<kHasPages, Page, NoPage> page_;
 };
 
 } // namespace eventsviewer::query

@@ -210,11 +210,9 @@ void checkTogether(const Options& options, const std::string& given)
 Options parseOptions(int argc, char** argv)
 {
     Options options;
-#ifdef EVENTS_QUERY_HTML
-    for (int i = 1; i < argc; ++i) {
+    for (int i = 1; i < argc && kHasPages; ++i) {
         options.command += ' ' + shellWord(argv[i]);
     }
-#endif
     std::string given;
     opterr = 0;
     int found = 0;

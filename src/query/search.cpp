@@ -162,6 +162,9 @@ void Query::look(std::string_view text, std::uint64_t line, const Glance& glance
         matches = options_.events.selects(glance.code); // parsed only if it is shown in the end
     } else {
         std::unique_ptr<EventRecord> event = readEvent(*log_, text, line);
+        if (Page* const page = display_.page()) {
+            page->addLine(line, text, event.get(), event ? calendar_.at(line, event->time) : "");
+        }
         if (event == nullptr) {
             return;
         }
@@ -172,9 +175,6 @@ void Query::look(std::string_view text, std::uint64_t line, const Glance& glance
             event = readEvent(*log_, text, line); // once more, for its own diagnostics
         }
         const bool isInTime = !needsTimes_ || isInRange(line, event->time);
-        if (Report* const report = display_.report()) {
-            report->addEvent(*event, line, lastHasTime_ ? lastAt_ : "");
-        }
         if (isInTime && options_.events.selects(event->code)) {
             view.emplace(std::move(event));
             matches = !options_.text.isGiven() || options_.text.matches(view->words());

@@ -168,7 +168,7 @@ void appendEvent(std::string& out, Format format, const Layout& layout, const Ev
     case Format::Json:
         return appendObject(out, event);
     case Format::Html:
-        return; // Report has its rows
+        return; // Page has its rows
     }
 }
 

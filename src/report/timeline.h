@@ -2,7 +2,7 @@
 
 #include "eventlog/event_record.h"
 #include "eventlog/stamp.h"
-#include "timeline/network_bands.h"
+#include "report/network_bands.h"
 
 #include <cstdint>
 #include <map>

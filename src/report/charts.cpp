@@ -1,7 +1,7 @@
-#include "timeline/charts.h"
+#include "report/charts.h"
 
 #include "catalog/event_names.h"
-#include "timeline/html.h"
+#include "report/html.h"
 
 #include <algorithm>
 #include <cstddef>

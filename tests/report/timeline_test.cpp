@@ -1,4 +1,4 @@
-#include "timeline/timeline.h"
+#include "report/timeline.h"
 
 #include "eventlog/event_line.h"
 

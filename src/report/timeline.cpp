@@ -1,4 +1,4 @@
-#include "timeline/timeline.h"
+#include "report/timeline.h"
 
 #include "describe/describe_event.h"
 #include "describe/reason_variables.h"

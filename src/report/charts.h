@@ -1,7 +1,7 @@
 #pragma once
 
+#include "report/timeline.h"
 #include "text/form.h"
-#include "timeline/timeline.h"
 
 #include <cstdint>
 #include <deque>
@@ -11,12 +11,15 @@
 
 namespace eventsviewer {
 
+class Log;
+
 /// What a page shows of a log.
 struct LogOnPage {
     std::string id; ///< what the ids of its rows begin with, such as "e1-"; the line follows
     std::string label;
     std::string path;
     Timeline timeline;
+    const Log* log; ///< valid while its lines are added
 };
 
 /// Adds what happened to all terminals to `page`, as values for `form`. Links lead to the rows with

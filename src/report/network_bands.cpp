@@ -1,4 +1,4 @@
-#include "timeline/network_bands.h"
+#include "report/network_bands.h"
 
 namespace eventsviewer {
 

@@ -1,4 +1,4 @@
-#include "timeline/html.h"
+#include "report/html.h"
 
 #include "eventlog/terminal.h"
 
