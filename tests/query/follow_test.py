@@ -248,8 +248,9 @@ def check_diagnostics(command, log):
     process = subprocess.Popen([*command, "-f", "-o", "json", log], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     process.stdout.readline()
     with open(log, "ab") as file:
-        file.write(b'{"id":1227,"vars":{"a":"1" // x\r}}\n')
-    process.stdout.readline()
+        file.write(b'{"id":1227,"vars":{"a":"1" // x\r}}\n' + line(949, b"Nov 20 08:00:01"))
+    for _ in range(2):
+        process.stdout.readline()
     process.terminate()
     errors = process.communicate()[1]
     return [] if errors.count(b"error occured") == 1 else [f"standard error is {errors}"]
