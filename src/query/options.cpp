@@ -55,12 +55,13 @@ constexpr std::pair<char, const char*> kHints[] = {
 };
 
 constexpr std::pair<const char*, Format> kFormats[] = {
-    {"table", Format::Table}, {"lines", Format::Lines},
-    {"csv", Format::Csv},     {"json", Format::Json},
 #ifdef EVENTS_QUERY_HTML
     {"html", Format::Html},
 #endif
-};
+    {"table", Format::Table},
+    {"lines", Format::Lines},
+    {"csv", Format::Csv},
+    {"json", Format::Json}};
 
 std::string_view environment(const char* variable)
 {
@@ -210,9 +211,7 @@ void checkTogether(const Options& options, const std::string& given)
 Options parseOptions(int argc, char** argv)
 {
     Options options;
-    for (int i = 1; i < argc && kHasPages; ++i) {
-        options.command += ' ' + shellWord(argv[i]);
-    }
+    options.command = kHasPages ? "events-query" + shellWords(argv + 1, argv + argc) : "";
     std::string given;
     opterr = 0;
     int found = 0;

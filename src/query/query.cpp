@@ -32,7 +32,7 @@ void beginPage(Page& page, const std::list<Found>& found, std::size_t matches,
     }
     const std::string newest =
         shown < matches ? "The newest " + std::to_string(shown) + " of " : "All ";
-    page.begin(output(), "events-query" + command,
+    page.begin(output(), command,
                newest + countInWords(matches, "event") + " that the command finds.");
 }
 

@@ -18,4 +18,13 @@ std::string shellWord(const std::string& word)
     return '\'' + quoted + '\'';
 }
 
+std::string shellWords(char** begin, char** end)
+{
+    std::string words;
+    for (char** word = begin; word < end; ++word) {
+        words += ' ' + shellWord(*word);
+    }
+    return words;
+}
+
 } // namespace eventsviewer

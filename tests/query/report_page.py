@@ -114,7 +114,7 @@ class Page(html.parser.HTMLParser):
         raise AssertionError(f"a comment: {data}")
 
     def named(self, tag, **attributes):
-        wanted = {name.rstrip("_"): value for name, value in attributes.items()}
+        wanted = {name.rstrip("_").replace("_", "-"): value for name, value in attributes.items()}
         return [element for element in self.elements
                 if element.tag == tag and wanted.items() <= element.attributes.items()]
 

@@ -4,6 +4,7 @@
 import argparse
 import base64
 import hashlib
+import json
 import re
 import subprocess
 import sys
@@ -204,6 +205,31 @@ class PageTest(unittest.TestCase):
     def test_keeps_the_order_of_one_log(self):
         rows = self.page_of((OTHER, "Nov 20 09:00:00", {}), (OTHER, "Nov 20 08:00:00", {})).rows()
         self.assertEqual(["Nov 20 09:00:00", "Nov 20 08:00:00"], [row[1] for row in rows])
+
+    def test_lists_the_lines_that_a_check_finds(self):
+        damaged = [b'{"id":1231,"time":"Nov 20 08:00:00","vars":{"a":\n', b"no object\n", b'{"id":12\xff}\n',
+                   line_of(OTHER, "Nov 20 08:01:00", {}), b'{"id":1228,"time":"Nov 20 08:02:00"} {"id":1229}\n']
+        self.program.write("log.0", b"".join(damaged))
+        self.program.write("log", b"<script>hostile()</script>\n" + b"\0" * 20 + b"\n")
+        found = [json.loads(line) for line in self.program.run("--check", "-o", "json", "log").stdout.splitlines()]
+        found = [row for row in found if row["type"] == "finding"]
+        self.assertEqual(5, len(found))
+        page = self.check_is_safe(self.program.page("-n", "1", "log"))
+        section, = page.named("section", aria_labelledby="findings")
+        items = [item.text() for item in section.all("li")]
+        self.assertEqual([f"{row['file']}, line {row['line']}: {row['kind']}: {row['effect']}: {row['text']}"
+                          for row in found], items)
+        self.assertEqual(["#findings"] * 3 + ["#e1-4", "#findings"],
+                         [link.attributes["href"] for link in section.all("a")])
+        self.assertIn(("5", "#findings"), [(link.text(), link.attributes["href"]) for link in page.named("a")])
+
+    def test_lists_the_newest_1000_findings(self):
+        self.program.write("log", b"damaged\n" * 1002 + line_of(OTHER, "Nov 20 08:01:00", {}))
+        section, = Page(self.program.page("log").decode()).named("section", aria_labelledby="findings")
+        items = [item.text() for item in section.all("li")]
+        self.assertEqual(1000, len(items))
+        self.assertTrue(items[0].startswith("log, line 3: no event"))
+        self.assertIn("The newest 1000 of 1002.", section.text())
 
     def test_names_the_command_for_a_shell(self):
         page = self.page_of(*THREE_OUTAGES, options=["-e", "*switch*", "-g", "it's <b>"])

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace eventsviewer {
 namespace {
 
@@ -18,6 +20,14 @@ TEST(ShellWord, IsInQuotesOtherwise)
     EXPECT_EQ("'*switch*'", shellWord("*switch*"));
     EXPECT_EQ("'it'\\''s'", shellWord("it's"));
     EXPECT_EQ("''\\'''\\'''", shellWord("''"));
+}
+
+TEST(ShellWords, HaveASpaceBeforeEach)
+{
+    std::string words[] = {"-g", "a b", "log"};
+    char* pointers[] = {words[0].data(), words[1].data(), words[2].data()};
+    EXPECT_EQ(" -g 'a b' log", shellWords(pointers, pointers + 3));
+    EXPECT_EQ("", shellWords(pointers, pointers));
 }
 
 } // namespace
