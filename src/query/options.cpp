@@ -41,8 +41,7 @@ const option kLongOptions[] = {
 };
 constexpr const char* kLetters = ":e:g:S:U:n:C:rfmc:o:h";
 
-constexpr std::int32_t kFollowedNumber = 10;
-constexpr std::int32_t kPageNumber = 10000;
+constexpr std::int32_t kFollowedNumber = 10, kPageNumber = 10000;
 // Options that mean nothing together. The manual has the same table.
 constexpr std::pair<char, std::string_view> kConflicts[] = {
     {'c', "rfC"}, {'f', "rm\5\6"}, {kCheck, "gnrfmCc\4\1"}, {kCatalog, "SUnrfmCc\4\5\6"}};
@@ -58,10 +57,9 @@ constexpr std::pair<const char*, Format> kFormats[] = {
 #ifdef EVENTS_QUERY_HTML
     {"html", Format::Html},
 #endif
-    {"table", Format::Table},
-    {"lines", Format::Lines},
-    {"csv", Format::Csv},
-    {"json", Format::Json}};
+    {"table", Format::Table}, {"lines", Format::Lines},
+    {"csv", Format::Csv},     {"json", Format::Json},
+};
 
 std::string_view environment(const char* variable)
 {

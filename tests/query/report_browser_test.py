@@ -241,11 +241,14 @@ class BrowserTest(unittest.TestCase):
 
     def test_fits_narrow_and_wide_screens(self):
         long = [(OUT, "Nov 20 08:00:00", {"out_of_network_reason": "X" * 300}), *THREE_OUTAGES]
-        self.open_events(long)
-        for width in (360, 800, 1000, 1100, 1600):
-            self.resize(width)
-            self.assertEqual(width, self.browser.execute_script("return innerWidth"))
-            self.assertLessEqual(self.browser.execute_script("return document.documentElement.scrollWidth"), width)
+        for name in ("4417", "a_terminal_with_a_long_name"):
+            self.program.write(f"wide/{name}/events_report", log_of(long))
+        for logs in ("wide/4417/events_report", "wide"):
+            self.open(logs)
+            for width in (360, 800, 1000, 1230, 1600):
+                self.resize(width)
+                self.assertEqual(width, self.browser.execute_script("return innerWidth"))
+                self.assertLessEqual(self.browser.execute_script("return document.documentElement.scrollWidth"), width)
 
     def test_has_enough_contrast_light_and_dark(self):
         for scheme in ("light", "dark"):
