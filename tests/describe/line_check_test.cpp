@@ -69,7 +69,7 @@ TEST(LineCheck, comparesWhatALineSaysWithItsEvent)
     EXPECT_EQ(findingIn(R"({"id":1228,"a":0,"b":0,"c":0,"d":0,"e":0,"f":0,"g":0,"h":0,"i":0,)"
                         R"("j":0,"k":0,"l":0,"m":0} 7)"),
               "syntax error: the values of a, b, c, d, e, f, g, h, i, j, k, l and others are lost; "
-              "what is missing or wrong cannot be seen");
+              "what follows is lost");
 }
 
 } // namespace eventsviewer
