@@ -19,8 +19,7 @@ reports as an error in the log. For these, expected/ may hold a second file "std
 to "stdout" (and so for every name above). Of all files of a name, the newest release that is not
 newer than the linked one wins. The file without a release is for all older ones. JsonCpp before
 1.9.3 also writes other bytes where char is unsigned, as on the board. For these, expected/ may hold
-"stdout.unsigned-char", which then takes the place of "stdout". In the same way "stdout.without-html"
-is for a program that writes no pages.
+"stdout.unsigned-char", which then takes the place of "stdout".
 
 Afterwards the fresh folder must hold the inputs and expected/files to the byte, and no other file.
 Only names that begin with "generated" are ignored: they are for cmd's own use. A cmd that cannot do
@@ -49,7 +48,7 @@ from pathlib import Path
 from typing import NamedTuple
 
 EXIT_SKIPPED = 77
-EXPECTED_NAME = re.compile(r"(stdout|stderr|status|terminal(\.\d+)?|files)(\.from-1\.9\.\d+|\.unsigned-char|\.without-html)?")
+EXPECTED_NAME = re.compile(r"(stdout|stderr|status|terminal(\.\d+)?|files)(\.from-1\.9\.\d+|\.unsigned-char)?")
 DIFF_LINES = 80
 DIFF_COLUMNS = 300
 
@@ -59,10 +58,9 @@ class Skipped(Exception):
 
 
 class Library(NamedTuple):
-    """What is known of the JsonCpp that the program is linked with, and of the program."""
+    """What is known of the JsonCpp that the program is linked with."""
     release: str
     unsigned_char: bool
-    without_html: bool
 
 
 class StillRunning(Exception):
@@ -202,11 +200,8 @@ def path_for_library(path, library):
     known = [first for first in variants if first <= release_number(library.release)]
     if known:
         return variants[max(known)]
-    for holds, name in ((library.unsigned_char, "unsigned-char"), (library.without_html, "without-html")):
-        variant = path.with_name(f"{path.name}.{name}")
-        if holds and variant.exists():
-            return variant
-    return path
+    unsigned = path.with_name(f"{path.name}.unsigned-char")
+    return unsigned if library.unsigned_char and unsigned.exists() else path
 
 
 def read_if_there(path):
@@ -302,7 +297,6 @@ def main():
                         help="the release of JsonCpp that the program is linked with")
     parser.add_argument("--unsigned-char", action="store_true",
                         help="it was built for a machine where char is unsigned")
-    parser.add_argument("--without-html", action="store_true", help="the program writes no pages")
     parser.add_argument("--emulator", default=[], type=lambda text: [w for w in text.split(";") if w],
                         help="command that runs the program, its words parted by semicolons")
     parser.add_argument("--inputs", type=Path, metavar="FOLDER",
@@ -320,7 +314,7 @@ def main():
     case = args.case.resolve()
     scratch = Path(tempfile.mkdtemp(prefix=f"{case.name[:40]}."))
     runs = {"pipes": run_in_pipes}
-    library = Library(args.jsoncpp, args.unsigned_char, args.without_html)
+    library = Library(args.jsoncpp, args.unsigned_char)
     for path in sorted((case / "expected").glob("terminal*")):
         name = re.match(r"terminal(\.\d+)?", path.name)[0]
         if path_for_library(path.with_name(name), library).exists():

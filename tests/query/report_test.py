@@ -275,6 +275,10 @@ class PageTest(unittest.TestCase):
         page = self.check_is_safe(self.program.page("log"))
         self.assertEqual(len(self.program.events("log")), len(page.rows()))
 
+    def test_is_a_format_of_the_help_and_of_a_wrong_format(self):
+        self.assertIn(b"table, lines, csv, json or html\n", self.program.run("--help").stdout)
+        self.assertIn(b"give table, lines, csv, json or html (", self.program.run("-o", "xml").stderr)
+
     def test_refuses_a_log_that_goes_on(self):
         self.program.write("log", b"")
         result = self.program.run("-o", "html", "-f", "log")
