@@ -89,7 +89,8 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
         if (options_.action == Action::CheckLogs) {
             return check(text, line);
         }
-        const Glance glance = glances && !isNew(line) ? glanceAt(text) : Glance();
+        const bool isGlanced = glances && !isNew(line);
+        const Glance glance = isGlanced ? glanceAt(text) : Glance();
         const bool isEvent = glance.kind == LineKind::Event;
         if (mayPass && isEvent && !options_.events.selects(glance.code)) {
             return;
