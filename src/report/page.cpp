@@ -3,6 +3,7 @@
 #include "report/html.h"
 #include "report/line_finding.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -22,11 +23,24 @@ std::string placeOf(const Log& log, std::uint64_t line)
     return file->text + ", line " + std::to_string(number);
 }
 
+// The labels of the first logs, and how many more there are.
+std::string labelsOf(const std::deque<LogOnPage>& logs)
+{
+    constexpr std::size_t kMostLabels = 20;
+    std::string labels;
+    for (std::size_t i = 0; i < std::min(logs.size(), kMostLabels); ++i) {
+        labels += (i == 0 ? "" : ", ") + logs[i].label;
+    }
+    return logs.size() <= kMostLabels
+               ? labels
+               : labels + " and " + std::to_string(logs.size() - kMostLabels) + " more";
+}
+
 } // namespace
 
 void Page::addLog(const Log& log)
 {
-    const std::string& path = log.path().text;
+    const std::string path = log.path().text == "-" ? "standard input" : log.path().text;
     numbers_[&log] = logs_.size();
     logs_.push_back({'e' + std::to_string(logs_.size() + 1) + '-',
                      log.label().empty() ? path : log.label(), path, Timeline(), &log});
@@ -65,6 +79,7 @@ void Page::begin(std::string& out, const std::string& command, const std::string
     const std::string number = std::to_string(findings_);
     FormValues page = {{"title", isOne ? logs_[0].path : countInWords(logs_.size(), "log")},
                        {"logs", isOne ? "one" : "several"},
+                       {"labels", labelsOf(logs_)},
                        {"command", command},
                        {"shown", shown},
                        {"findings", number},

@@ -170,6 +170,7 @@ class PageTest(unittest.TestCase):
         self.program.write("logs/4419/events_report", b"")
         page = Page(self.program.page("logs").decode())
         self.assertEqual(["Events an hour", "4417", "4418", "4419"], [h3.text() for h3 in page.named("h3")])
+        self.assertIn("Logs4417, 4418, 4419", [div.text() for div in page.named("div")])
         self.assertEqual([10, 3, 0], [len(list(svg.all("a"))) for svg in page.named("svg", class_="bands")])
         self.assertEqual([("in", "#e2-0"), ("out", "#e2-1")], [(band[0], band[3]) for band in page.bands()[11:]])
         self.assertEqual([(event["time"], event["log"].split("/")[1]) for event in self.program.events("-m", "logs")],
@@ -241,6 +242,15 @@ class PageTest(unittest.TestCase):
     def test_reads_standard_input(self):
         content = self.program.page("--year", "2026", "-", input=log_of(THREE_OUTAGES))
         self.assertEqual(14, len(self.check_is_safe(content).rows()))
+        self.assertIn(b"<h1>Events of standard input</h1>", content)
+
+    def test_names_the_first_of_many_logs(self):
+        for i in range(22):
+            self.program.write(f"many/{i:02}/events_report", b"")
+        page = Page(self.program.page("many").decode())
+        logs, = page.named("div", class_="log")
+        self.assertTrue(logs.text().endswith("18, 19 and 2 more"), logs.text())
+        self.assertIn("Events of 22 logs", [h1.text() for h1 in page.named("h1")])
 
     def test_without_events_is_small_and_whole(self):
         self.program.write("log", b"")

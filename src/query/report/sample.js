@@ -22,7 +22,7 @@
         finding: [{ row: "e1-7", place: "logs/4417, line 8", text: "cut off: no event is shown" }],
     };
     const page = {
-        logs: "several", title: "3 logs", sum: "Out of network 1 time, for 6 min 54 s in all.",
+        logs: "several", title: "3 logs", labels: "4417, 4418, 4419", sum: "Out of network 1 time, for 6 min 54 s in all.",
         range: "2026-11-17 06:41:04 to 2026-11-20 08:15:02", events: "99", findings: "1",
         command: "events-query -o html logs", scale: "At most 9 events in one hour.", shown: "All 99 events.",
     };
