@@ -65,6 +65,7 @@ private:
     static Page* addressOf(NoPage& /*unused*/) { return nullptr; }
 
     const Options& options_;
+    std::string& output_;
     Layout layout_;
     Counts counts_;
     Check check_;

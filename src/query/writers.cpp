@@ -71,7 +71,7 @@ public:
     void addContent(std::string_view before, std::string_view content)
     {
         add(before);
-        end_ = jsonaccess::putJsonContent(end_, content);
+        end_ = content.empty() ? end_ : jsonaccess::putJsonContent(end_, content);
     }
     void addJson(std::string_view json) { end_ = jsonaccess::putJson(end_, json); }
     template <typename Number> void addNumber(std::string_view before, Number number)
