@@ -32,7 +32,7 @@ _events_query() {
     if [[ $before =~ ^(--e[a-z]*=?|-[fmrh]*e)$ ]]; then
         _events_query_names "$word"
     elif [[ $before =~ ^(--o[a-z]*=?|-[fmrh]*o)$ ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'table lines csv json' -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W 'table lines csv json html' -- "$word")
     elif [[ $before =~ ^(--cou[a-z]*=?|-[rmh]*c)$ ]]; then
         mapfile -t COMPREPLY < <(compgen -W 'event detail reason log day hour' -- "$word")
     elif [[ $before =~ ^--col[a-z]*=$ ]]; then

@@ -21,7 +21,7 @@ def main(src, modules):
     folders = {path.name for path in src.iterdir() if path.is_dir()}
     wrong += [f"{name}: a folder without a target, or the reverse" for name in folders ^ set(names)]
     seen = 0
-    for path in sorted(src.glob("*/*")):
+    for path in sorted(src.glob("*/*.*")):
         for included in re.findall(r'^#include "([^"]+)"', path.read_text(), re.MULTILINE):
             seen += 1
             folder, target = path.parent.name, included.split("/")[0]

@@ -34,11 +34,11 @@ require_tools() {
     fi
 }
 
-# require_for_tests PACKAGE...: installs these packages and all that the suite needs, with the shells and
-# tools in the pages' examples.
+# require_for_tests PACKAGE...: installs these packages and all that the suite needs.
 require_for_tests() {
     require_packages cmake ninja-build libgtest-dev python3 \
-        bash zsh fish busybox jq less man-db mandoc mount sqlite3 util-linux "$@"
+        bash zsh fish busybox jq less man-db mandoc mount sqlite3 util-linux \
+        chromium chromium-driver nodejs python3-selenium tidy "$@"
     require_tools cmake ctest ninja python3 bash zsh fish busybox jq less man mandoc mount sqlite3 unshare
 }
 

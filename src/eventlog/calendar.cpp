@@ -17,7 +17,8 @@ constexpr int kDaysAfterReturn = 31;
 void Calendar::add(std::uint64_t line, std::string_view time)
 {
     if (hasLastDate(time)) {
-        const int second = secondOf(time.substr(std::min(kDateLength + 1, time.size())));
+        time.remove_prefix(kDateLength + 1);
+        const int second = secondOf(time);
         last_->second = second >= 0 ? second : last_->second;
         return;
     }
@@ -168,12 +169,11 @@ std::string_view Calendar::at(std::uint64_t line, std::string_view time)
         return isoTime_;
     }
     // Only the clock differs: "2026-11-20T" stays.
-    const std::string_view clock = time.substr(std::min(kDateLength + 1, time.size()));
-    if (secondOf(clock) < 0) {
+    time.remove_prefix(kDateLength + 1);
+    if (secondOf(time) < 0) {
         return {};
     }
-    std::copy(clock.begin(), clock.end(),
-              isoTime_.end() - static_cast<std::ptrdiff_t>(clock.size()));
+    std::copy(time.begin(), time.end(), isoTime_.end() - static_cast<std::ptrdiff_t>(time.size()));
     return isoTime_;
 }
 

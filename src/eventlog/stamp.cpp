@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
+#include <utility>
 
 namespace eventsviewer {
 
@@ -89,6 +91,22 @@ std::string isoTime(Moment moment)
     std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", year,
                   static_cast<int>(month - std::begin(kDaysBefore)) + 1, day - *month,
                   second / 3600, second / 60 % 60, second % 60);
+    return text;
+}
+
+std::string lengthInWords(Moment seconds)
+{
+    constexpr std::pair<Moment, const char*> kUnits[] = {
+        {kDay, " d"}, {kDay / 24, " h"}, {60, " min"}, {1, " s"}};
+    auto unit = std::begin(kUnits);
+    while (unit->first > 1 && unit->first > seconds) {
+        ++unit;
+    }
+    std::string text = std::to_string(seconds / unit->first) + unit->second;
+    if (unit->first > 1) {
+        const auto& [size, name] = unit[1];
+        text += ' ' + std::to_string(seconds % unit->first / size) + name;
+    }
     return text;
 }
 

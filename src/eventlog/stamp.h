@@ -43,6 +43,9 @@ int yearOf(Moment moment);
 /// `moment` in the form "2026-11-20T08:15:02".
 std::string isoTime(Moment moment);
 
+/// `seconds` in its two largest units, such as "6 min 54 s".
+std::string lengthInWords(Moment seconds);
+
 constexpr std::size_t kIsoDayLength = 10;  ///< of "2026-11-20"
 constexpr std::size_t kIsoHourLength = 13; ///< of "2026-11-20T08"
 

@@ -1,27 +1,15 @@
 #include "query/check.h"
 
-#include "describe/describe_event.h"
-#include "describe/line_check.h"
 #include "eventlog/lines.h"
 #include "eventlog/stamp.h"
 #include "eventlog/terminal.h"
+#include "report/line_finding.h"
 
 #include <cstddef>
 #include <optional>
 #include <vector>
 
 namespace eventsviewer::query {
-
-namespace {
-
-// The beginning of a line.
-std::string beginOf(std::string_view line)
-{
-    constexpr std::size_t kMostBytes = 60;
-    return safe(line.substr(0, kMostBytes)) + (line.size() > kMostBytes ? "..." : "");
-}
-
-} // namespace
 
 void Check::begin()
 {
@@ -74,19 +62,8 @@ void Check::addLine(const Log& log, std::uint64_t line, std::string_view text,
         return part.find(c) != std::string_view::npos;
     };
     const bool hasZeros = has(before, '\0') || has(after, '\0');
-    const bool isEmpty = after.size() == text.size();
-    std::optional<Finding> finding;
     std::vector<Note> notes;
-    if (text.data() == nullptr) {
-        finding = {"too long", "no event is shown"};
-    } else if (event == nullptr && !(isEmpty && hasZeros)) {
-        finding = findingOf(object, nullptr);
-    } else if (event != nullptr) {
-        const Variables variables({event->details.characters(), event->details.length()});
-        const LineEvent given = {event->code, event->time, variables, findDescription(event->code)};
-        finding = findingOf(object, &given);
-        notes = finding ? notes : notesOf(given);
-    }
+    const std::optional<Finding> finding = findingOfLine(text, event, &notes);
     ++lines_;
     events_ += event != nullptr ? 1 : 0;
     if (finding) {

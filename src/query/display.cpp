@@ -8,7 +8,8 @@
 namespace eventsviewer::query {
 
 Display::Display(const Options& options, const Layout& layout)
-    : options_(options), layout_(layout), counts_(options.count), check_(output(), options.format)
+    : options_(options), output_(output()), layout_(layout), counts_(options.count),
+      check_(output(), options.format)
 {
 }
 
@@ -18,7 +19,7 @@ void Display::begin()
     if (isFirst && options_.action == Action::CheckLogs) {
         check_.begin();
     } else if (isFirst && counts_.isEmpty()) {
-        output() += headerOf(options_.format);
+        output_ += headerOf(options_.format);
     }
     lastLog_ = nullptr;
 }
@@ -26,7 +27,6 @@ void Display::begin()
 void Display::show(const Log& log, const Place& place, EventView& view)
 {
     constexpr std::size_t kMuchOutput = 65536;
-    std::string& out = output();
     view.log = &log.path();
     view.label = &log.label();
     std::tie(view.file, view.line) = log.placeOf(place.line);
@@ -40,16 +40,16 @@ void Display::show(const Log& log, const Place& place, EventView& view)
     const bool isForPeople = options_.format == Format::Table || options_.format == Format::Lines;
     const bool isApart = std::exchange(anyShown_, true) && !touches;
     if (isApart && isForPeople && options_.context.value_or(0) > 0) {
-        out += "--\n";
+        output_ += "--\n";
     }
     lastLog_ = &log;
     lastEvent_ = place.event;
     anyFound_ = anyFound_ || place.matches;
-    appendEvent(out, options_.format, layout_, view);
+    appendEvent(output_, options_.format, layout_, view);
     for (const std::string& diagnostic : jsonaccess::takeDiagnostics()) {
         log.reportLine(place.line, diagnostic);
     }
-    if (out.size() > kMuchOutput) {
+    if (output_.size() > kMuchOutput) {
         flushOutput();
     }
 }
@@ -60,7 +60,7 @@ int Display::end()
         begin();
         anyFound_ = !check_.finish();
     } else if (!counts_.isEmpty()) {
-        anyFound_ = counts_.write(output(), options_.format, layout_);
+        anyFound_ = counts_.write(output_, options_.format, layout_);
     }
     flushOutput();
     return anyFound_ ? kFound : kNothingFound;

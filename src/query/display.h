@@ -5,10 +5,12 @@
 #include "query/counts.h"
 #include "query/event_view.h"
 #include "query/options.h"
+#include "report/page.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace eventsviewer::query {
@@ -54,8 +56,16 @@ public:
     /// Shows what comes after all events. Returns the status of the run.
     int end();
 
+    /// The page that is shown; null in other formats.
+    Page* page() { return options_.isPage() ? addressOf(page_) : nullptr; }
+
 private:
+    struct NoPage {};
+    static Page* addressOf(Page& page) { return &page; }
+    static Page* addressOf(NoPage& /*unused*/) { return nullptr; }
+
     const Options& options_;
+    std::string& output_;
     Layout layout_;
     Counts counts_;
     Check check_;
@@ -64,6 +74,7 @@ private:
     bool anyShown_ = false;
     const Log* lastLog_ = nullptr; // null at the beginning of a log
     std::uint64_t lastEvent_ = 0;
+    std::conditional_t<kHasPages, Page, NoPage> page_;
 };
 
 } // namespace eventsviewer::query

@@ -26,7 +26,7 @@ LOG is a file L, read after L.0, a folder of logs, or - (/common/events_report).
   -c, --count KEY[,KEY]    how many: by event, detail, reason, log, day or hour
       --check              say what is damaged; with -e, -S, -U and -o
       --name GLOB          the logs in a folder (default events_report)
-  -o, --output FORMAT      table, lines, csv or json
+  -o, --output FORMAT      )" EVENTS_QUERY_FORMATS R"(
       --color[=WHEN]       auto, always or never
       --progress           show how far the reading has come
       --catalog            list the known events; with -e, -g and -o json

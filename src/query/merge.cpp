@@ -10,6 +10,7 @@ void Merge::add(Found found)
 {
     constexpr std::size_t kSpare = 1000; // so that sorting is rare
     matches_ += found.matches ? 1 : 0;
+    added_ += found.matches ? 1 : 0;
     found_.push_back(std::move(found));
     if (matches_ / 2 > number_ && matches_ > kSpare) {
         sort(false);
@@ -32,7 +33,9 @@ void Merge::sort(bool isComplete)
         shown.emplace(found_.back().log.get(), found_.back().event);
     }
     // Events of the same time stay in their order.
-    found_.sort([](const Found& one, const Found& other) { return one.at < other.at; });
+    if (!oneLog_) {
+        found_.sort([](const Found& one, const Found& other) { return one.at < other.at; });
+    }
     matches_ = 0;
     for (auto found = found_.rbegin(); found != found_.rend(); ++found) {
         found->matches = found->matches && matches_ < number_;

@@ -2,6 +2,7 @@
 
 #include "eventlog/terminal.h"
 #include "query/messages.h"
+#include "text/shell_words.h"
 
 #include <getopt.h>
 #include <unistd.h>
@@ -40,7 +41,7 @@ const option kLongOptions[] = {
 };
 constexpr const char* kLetters = ":e:g:S:U:n:C:rfmc:o:h";
 
-constexpr std::int32_t kFollowedNumber = 10;
+constexpr std::int32_t kFollowedNumber = 10, kPageNumber = 10000;
 // Options that mean nothing together. The manual has the same table.
 constexpr std::pair<char, std::string_view> kConflicts[] = {
     {'c', "rfC"}, {'f', "rm\5\6"}, {kCheck, "gnrfmCc\4\1"}, {kCatalog, "SUnrfmCc\4\5\6"}};
@@ -52,10 +53,13 @@ constexpr std::pair<char, const char*> kHints[] = {
     {'a', "-a is an option of events-viewer; here all events are shown without it"},
 };
 
-constexpr std::pair<const char*, Format> kFormats[] = {{"table", Format::Table},
-                                                       {"lines", Format::Lines},
-                                                       {"csv", Format::Csv},
-                                                       {"json", Format::Json}};
+constexpr std::pair<const char*, Format> kFormats[] = {
+#ifdef EVENTS_QUERY_HTML
+    {"html", Format::Html},
+#endif
+    {"table", Format::Table}, {"lines", Format::Lines},
+    {"csv", Format::Csv},     {"json", Format::Json},
+};
 
 std::string_view environment(const char* variable)
 {
@@ -146,7 +150,7 @@ void take(Options& options, char letter, const char* value)
                 return;
             }
         }
-        return require(false, "not a format; give table, lines, csv or json");
+        return require(false, "not a format; give " EVENTS_QUERY_FORMATS);
     case kColour:
         options.colour = value != nullptr ? value : "always";
         if (options.colour != "auto" && options.colour != "always" && options.colour != "never") {
@@ -189,7 +193,10 @@ void checkTogether(const Options& options, const std::string& given)
     if (options.colour == "always" && (!isTable || !isOfEvents)) {
         refuse("--color=always means nothing without a table of events");
     }
-    if (!isOfEvents && !isCatalog && options.format == Format::Lines) {
+    if (options.isPage() && options.follow) {
+        refuse("-f and -o html mean nothing together");
+    }
+    if (!isOfEvents && !isCatalog && (options.format == Format::Lines || options.isPage())) {
         refuse("-c and --check are shown with -o table, csv or json");
     }
     if (isCatalog && !isTable && options.format != Format::Json) {
@@ -202,6 +209,7 @@ void checkTogether(const Options& options, const std::string& given)
 Options parseOptions(int argc, char** argv)
 {
     Options options;
+    options.command = kHasPages ? "events-query" + shellWords(argv + 1, argv + argc) : "";
     std::string given;
     opterr = 0;
     int found = 0;
@@ -230,6 +238,10 @@ Options parseOptions(int argc, char** argv)
     checkTogether(options, given);
     if (options.follow && (options.logs.size() > 1 || options.logs[0] == "-")) {
         refuse("-f follows one log, which is a file");
+    }
+    if (options.isPage()) { // its events are shown in one order, at the end
+        options.merge = true;
+        options.number = options.number.value_or(kPageNumber);
     }
     options.layout = layoutOfTerminal(isColourful(options.colour));
     return options;

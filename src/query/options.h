@@ -37,9 +37,13 @@ struct Options {
     Format format = Format::Table;
     std::string colour = "auto";
     Layout layout;
+    std::string command; ///< the command line, for a shell; only with pages
 
     /// Whether times are asked for.
     bool hasRange() const { return since || until; }
+
+    /// Whether the events are shown on a page.
+    bool isPage() const { return kHasPages && format == Format::Html; }
 
     /// Whether the years of each log are needed.
     bool hasTimes() const

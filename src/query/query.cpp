@@ -22,15 +22,41 @@ namespace eventsviewer::query {
 
 namespace {
 
-void showMerged(Display& display, std::list<Found> found, bool isReverse)
+void beginPage(Page& page, const std::list<Found>& found, std::size_t matches,
+               const std::string& command)
 {
-    if (isReverse) {
+    std::size_t shown = 0;
+    for (const Found& one : found) {
+        page.expectRow(*one.log, one.line);
+        shown += one.matches ? 1 : 0;
+    }
+    const std::string newest =
+        shown < matches ? "The newest " + std::to_string(shown) + " of " : "All ";
+    page.begin(output(), command,
+               newest + countInWords(matches, "event") + " that the command finds.");
+}
+
+void showMerged(Display& display, Merge& merge, const Options& options)
+{
+    std::list<Found> found = merge.take();
+    if (options.reverse) {
         found.reverse();
+    }
+    Page* const page = display.page();
+    if (page != nullptr) {
+        beginPage(*page, found, merge.added(), options.command);
     }
     for (const Found& one : found) {
         EventView view(readEvent(*one.log, one.text, one.line)); // not for the first time
         view.at = one.hasTime ? std::string_view(one.at) : "";
+        if (page != nullptr) {
+            page->addRow(output(), {*one.log, one.line, one.text, view.time(),
+                                    std::string(view.name()), view.wholeDetail()});
+        }
         display.show(*one.log, one, view);
+    }
+    if (page != nullptr) {
+        Page::end(output());
     }
 }
 
@@ -101,17 +127,21 @@ int showEvents(const Options& options)
     }
     Display display(options, layout);
     Merge merge(options.number ? static_cast<std::size_t>(*options.number) : SIZE_MAX,
-                static_cast<std::size_t>(options.context.value_or(0)));
+                static_cast<std::size_t>(options.context.value_or(0)),
+                display.page() != nullptr && count == 1);
     bool failed = !found.errors.empty();
     for (std::size_t i = 0; i < count; ++i) {
         const std::string& path = found.paths[i];
         const auto log = logs[i] != nullptr ? std::move(logs[i])
                                             : std::make_shared<Log>(path, labels[i], report);
         Merge* const target = options.merge ? &merge : nullptr;
+        if (Page* const page = display.page()) {
+            page->addLog(*log);
+        }
         failed = !searchLog(options, log, display, target, range, count > 1 ? path : "") || failed;
         countLog();
     }
-    showMerged(display, merge.take(), options.reverse);
+    showMerged(display, merge, options);
     hideProgress(false);
     const int status = display.end();
     return failed ? kError : status;

@@ -40,11 +40,9 @@ private:
     Display& display_;
     Merge* merge_;
     Calendar calendar_;
-    // To know what is found; hasTimes_ only to show it.
-    const bool needsTimes_ = options_.hasRange() || merge_ != nullptr;
-    const bool hasTimes_ = options_.hasTimes();
-    // All that is found, up to the end.
-    bool holds_ = (options_.number || options_.reverse) && merge_ == nullptr;
+    const bool needsTimes_ = options_.hasRange() || merge_ != nullptr; // to know what is found
+    const bool hasTimes_ = options_.hasTimes();                        // only to show it
+    bool holds_ = (options_.number || options_.reverse) && merge_ == nullptr; // up to the end
     const std::size_t context_ = static_cast<std::size_t>(options_.context.value_or(0));
     TimeRange range_;
     std::string lastAt_; // of the last event with a time
@@ -133,8 +131,7 @@ void Query::endHolding()
 bool Query::isInRange(std::uint64_t line, std::string_view time)
 {
     const std::string_view at = calendar_.at(line, time);
-    lastHasTime_ = !at.empty();
-    if (lastHasTime_) {
+    if (lastHasTime_ = !at.empty(); lastHasTime_) {
         lastAt_ = at;
     }
     return range_.holds(lastAt_);
@@ -159,6 +156,9 @@ void Query::look(std::string_view text, std::uint64_t line, const Glance& glance
         matches = options_.events.selects(glance.code); // parsed only if it is shown in the end
     } else {
         std::unique_ptr<EventRecord> event = readEvent(*log_, text, line);
+        if (Page* const page = display_.page()) {
+            page->addLine(line, text, event.get(), event ? calendar_.at(line, event->time) : "");
+        }
         if (event == nullptr) {
             return;
         }

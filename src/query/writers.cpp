@@ -71,7 +71,7 @@ public:
     void addContent(std::string_view before, std::string_view content)
     {
         add(before);
-        end_ = jsonaccess::putJsonContent(end_, content);
+        end_ = content.empty() ? end_ : jsonaccess::putJsonContent(end_, content);
     }
     void addJson(std::string_view json) { end_ = jsonaccess::putJson(end_, json); }
     template <typename Number> void addNumber(std::string_view before, Number number)
@@ -167,6 +167,8 @@ void appendEvent(std::string& out, Format format, const Layout& layout, const Ev
         return appendCsv(out, event);
     case Format::Json:
         return appendObject(out, event);
+    case Format::Html:
+        return; // Page has its rows
     }
 }
 

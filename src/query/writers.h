@@ -10,7 +10,13 @@
 namespace eventsviewer::query {
 
 /// How events are shown; the names are those of the option.
-enum class Format { Table, Lines, Csv, Json };
+enum class Format { Table, Lines, Csv, Json, Html };
+
+#ifdef EVENTS_QUERY_HTML
+constexpr bool kHasPages = true;
+#else
+constexpr bool kHasPages = false; ///< whether there is Format::Html
+#endif
 
 /// How a table is laid out.
 struct Layout {

@@ -62,7 +62,7 @@ QUERY_CASES = {
     r"-e \!MODEM_OUT": ["!MODEM_OUT_OF_NETWORK"],
     "-e logs": [],
     # formats and colours
-    "-o ": ["csv", "json", "lines", "table"],
+    "-o ": ["csv", "html", "json", "lines", "table"],
     "--output=j": ["json"],
     "-ro l": ["lines"],
     "--color=a": ["always", "auto"],

@@ -16,7 +16,7 @@ from pathlib import Path
 LOG = "a log"
 OPTIONS = {"-e": ["949"], "-g": ["x"], "-S": ["08:14"], "-U": ["08:14"], "--year": ["2026"], "-n": ["1"],
            "-C": ["1"], "-r": [], "-f": [], "-m": [], "--name": ["x"], "--progress": [], "-c": ["event"],
-           "--check": [], "-o table": [], "-o lines": [], "-o csv": [], "-o json": [],
+           "--check": [], "-o table": [], "-o lines": [], "-o csv": [], "-o json": [], "-o html": [],
            "--color=always": [], "--color=never": [], "--catalog": [], LOG: []}
 
 

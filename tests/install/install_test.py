@@ -30,7 +30,7 @@ def expected_files(dirs):
             "ARCHITECTURE.md", "CHANGELOG.md", "CONTRIBUTING.md", "LICENSE", "README.md",
             "doc/board.md", "doc/log-format.md", "doc/performance.md", "doc/performance.svg",
             "doc/recipes.md",
-            "doc/pictures/architecture.svg", "doc/pictures/log.svg", "doc/pictures/table.svg",
+            "doc/pictures/architecture.svg", "doc/pictures/log.svg", "doc/pictures/report.svg", "doc/pictures/table.svg",
             "examples/events_report", "examples/events_report.0")),
     ])
 

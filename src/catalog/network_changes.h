@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+
+namespace eventsviewer {
+
+/// What the log says of the terminal.
+enum class NetworkState { NotKnown, In, Out };
+
+/// What an event says of the network.
+struct NetworkChange {
+    std::int32_t code;
+    NetworkState state; ///< from this event on
+    const char* why;
+    bool isBelated = false; ///< whether the state may have ended before, without an event
+};
+
+/// What the event `code` says of the network; null if nothing.
+const NetworkChange* findNetworkChange(std::int32_t code);
+
+} // namespace eventsviewer
