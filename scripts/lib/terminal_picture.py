@@ -7,8 +7,7 @@ from xml.sax.saxutils import escape
 
 from dark_mode import with_dark_mode
 
-WIDTH, HEIGHT = 7.8, 17  # of a character
-MARGIN = 14
+WIDTH, HEIGHT, MARGIN = 7.8, 17, 14  # of a character, and around all
 BACKGROUND, FOREGROUND = "#f6f8fa", "#1f2328"
 PROMPT = ' fill="#116329"'
 STYLES = {"1;34": ' fill="#0550ae" font-weight="bold"', "0": ""}
@@ -33,8 +32,7 @@ def rows(text, columns):
 
 def draw(text, columns):
     drawn = list(rows(text, columns))
-    width = round(columns * WIDTH + 2 * MARGIN)
-    height = len(drawn) * HEIGHT + 2 * MARGIN
+    width, height = round(columns * WIDTH + 2 * MARGIN), len(drawn) * HEIGHT + 2 * MARGIN
     lines = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}" '
              f'viewBox="0 0 {width} {height}">',
              f'<rect width="100%" height="100%" rx="8" fill="{BACKGROUND}"/>',
