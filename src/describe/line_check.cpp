@@ -112,7 +112,7 @@ bool isCode(const ScannedMember& member)
 void addCode(Fates& fates, const ScannedMember& member, const LineEvent& event)
 {
     if (!member.isRead) {
-        fates.code = member.value.empty() ? "the code is lost" : "the code is incomplete";
+        fates.code = member.value.empty() ? "the code is lost" : "the code may be incomplete";
     } else if (member.fault != Fault::None) {
         fates.code = "the code may be wrong";
     } else if (!isCode(member)) {
@@ -210,10 +210,9 @@ bool beginsWithKey(std::string_view text)
 
 std::optional<Finding> findingOf(std::string_view object, const LineEvent* event)
 {
-    constexpr const char* kNotShown = "no event is shown";
     static ObjectScan scan; // its memory is used again
     if (object.empty()) {
-        return Finding{kNoEvent, kNotShown};
+        return Finding{kNoEvent, "no object, so no event is shown"};
     }
     jsonaccess::scanObject(object, scan);
     const bool isWhole = scan.stop == Fault::None;
@@ -228,7 +227,9 @@ std::optional<Finding> findingOf(std::string_view object, const LineEvent* event
         kind = kindOf(Fault::Syntax);
     }
     if (event == nullptr) {
-        return Finding{isWhole && kind != kMoreObjects ? kNoEvent : kind, kNotShown};
+        const bool hasNoCode = isWhole && kind != kMoreObjects;
+        return hasNoCode ? Finding{kNoEvent, "no code, so no event is shown"}
+                         : Finding{kind, "no event is shown"};
     }
     const std::size_t damageEnd = std::min(second, object.size());
     if (damageEnd > scan.end) {

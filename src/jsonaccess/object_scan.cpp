@@ -264,7 +264,7 @@ private:
             }
             skipBlanksAndComments();
         } while (take(','));
-        return take(']') || stopHere();
+        return beginsWith(']') ? take(']') : stopHere();
     }
 
     bool takeObject(int level)
@@ -306,7 +306,7 @@ private:
             }
             skipBlanksAndComments();
         } while (take(','));
-        return take('}') || stopHere();
+        return beginsWith('}') ? take('}') : stopHere();
     }
 
     std::string_view text_;

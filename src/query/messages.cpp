@@ -32,6 +32,9 @@ bool writeAll(int descriptor, std::string_view text)
 
 void report(const std::string& message)
 {
+    if (message.empty()) {
+        return;
+    }
     flushOutput();
     hideProgress(false);
     writeAll(STDERR_FILENO, "events-query: " + message + '\n');

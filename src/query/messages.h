@@ -13,7 +13,8 @@ constexpr int kNothingFound = 1;
 constexpr int kError = 2;
 
 /// Prints one line on standard error that begins with "events-query: ". What was buffered for
-/// standard output is written first. What comes from outside has to be safe.
+/// standard output is written first. What comes from outside has to be safe. Nothing without a
+/// message.
 void report(const std::string& message);
 
 /// Whether there can be events in `range`. If not, says so, of `log` if that is given.

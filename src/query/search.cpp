@@ -20,10 +20,7 @@ class Query {
 public:
     // What is found is added to `merge`, if there is one, else shown on `display`.
     Query(const Options& options, std::shared_ptr<Log> log, Display& display, Merge* merge)
-        : options_(options), log_(std::move(log)), display_(display), merge_(merge),
-          needsTimes_(options.hasRange() || merge != nullptr), hasTimes_(options.hasTimes()),
-          holds_((options.number || options.reverse) && merge == nullptr),
-          context_(static_cast<std::size_t>(options.context.value_or(0)))
+        : options_(options), log_(std::move(log)), display_(display), merge_(merge)
     {
     }
     bool run(const std::optional<TimeRange>& range, const std::string& path, LogFollower* follower);
@@ -43,10 +40,12 @@ private:
     Display& display_;
     Merge* merge_;
     Calendar calendar_;
-    const bool needsTimes_; // to know what is found, hasTimes_ only to show it
-    const bool hasTimes_;
-    bool holds_; // all that is found, up to the end
-    const std::size_t context_;
+    // To know what is found; hasTimes_ only to show it.
+    const bool needsTimes_ = options_.hasRange() || merge_ != nullptr;
+    const bool hasTimes_ = options_.hasTimes();
+    // All that is found, up to the end.
+    bool holds_ = (options_.number || options_.reverse) && merge_ == nullptr;
+    const std::size_t context_ = static_cast<std::size_t>(options_.context.value_or(0));
     TimeRange range_;
     std::string lastAt_; // of the last event with a time
     bool lastHasTime_ = false;
@@ -55,7 +54,6 @@ private:
     std::list<Found> candidates_;      // shown only if a match follows
     std::size_t after_ = 0;            // how many events more are shown after a match
     std::uint64_t events_ = 0;
-
     // Only of a log that goes on:
     Calendar times_;                   // calendar_ before it was finished
     std::uint64_t known_ = UINT64_MAX; // of lines from this one on calendar_ lacked the times
@@ -65,8 +63,7 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
                 LogFollower* follower)
 {
     if (hasTimes_) {
-        times_ = readTimes(*log_);
-        calendar_ = times_;
+        calendar_ = times_ = readTimes(*log_);
         finish(calendar_, *log_, options_.year);
         const std::uint64_t last = std::max<std::uint64_t>(log_->lines(), 1) - 1;
         known_ = follower != nullptr ? last : known_; // this one may be incomplete
@@ -89,7 +86,8 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
         if (options_.action == Action::CheckLogs) {
             return check(text, line);
         }
-        const Glance glance = glances && !isNew(line) ? glanceAt(text) : Glance();
+        const bool isGlanced = glances && !isNew(line);
+        const Glance glance = isGlanced ? glanceAt(text) : Glance();
         const bool isEvent = glance.kind == LineKind::Event;
         if (mayPass && isEvent && !options_.events.selects(glance.code)) {
             return;
@@ -104,9 +102,8 @@ bool Query::run(const std::optional<TimeRange>& range, const std::string& path,
         follower->callWhenIdle([this, follower] {
             endHolding();
             flushOutput();
-            if (const std::string note = follower->takeNote(); !note.empty()) {
-                report(safe(log_->path().text) + ": " + note);
-            }
+            const std::string note = follower->takeNote();
+            report(note.empty() ? note : safe(log_->path().text) + ": " + note);
         });
         log_->follow(*follower, lookAt, flushOutput);
     } else {
@@ -185,8 +182,7 @@ void Query::collect(const Place& place, std::string_view text, EventView* view)
 {
     const bool isAtOnce = !holds_ && context_ == 0;
     if (isAtOnce && place.matches && merge_ == nullptr) {
-        show(place, *view);
-        return;
+        return show(place, *view);
     }
     jsonaccess::takeDiagnostics(); // they come again if the event is shown
     if (isAtOnce && !place.matches) {

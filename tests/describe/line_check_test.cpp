@@ -53,6 +53,10 @@ TEST(LineCheck, comparesWhatALineSaysWithItsEvent)
     EXPECT_EQ(findingIn(R"({"id":1228,"time":"t"}{})"), "more than one object: nothing is lost");
     EXPECT_EQ(findingIn("{\"id\":1228,\"time\":\"ab\xff\"}", "ab\xff"),
               "not UTF-8: the value of time is changed");
+    EXPECT_EQ(findingIn("{\"id\":1228,\"time\":\"\xf0"
+                        "abcd\"}",
+                        "\u0822d"),
+              "not UTF-8: the value of time is changed");
     EXPECT_EQ(findingIn("{\"id\":1228,\"time\":\"a\0b\"}"sv, "a"),
               "zero bytes: the value of time ends at a zero byte; "
               "what was in the place of zero bytes is lost");
@@ -62,6 +66,10 @@ TEST(LineCheck, comparesWhatALineSaysWithItsEvent)
               "cut off: the value of vars is lost; what followed is lost");
     EXPECT_EQ(findingIn(R"({"id":01228,"\u0061":"t","x":1})", ""),
               "syntax error: the code may be wrong; the values of \\u0061 and x are lost");
+    EXPECT_EQ(findingIn(R"({"id":1228,"a":0,"b":0,"c":0,"d":0,"e":0,"f":0,"g":0,"h":0,"i":0,)"
+                        R"("j":0,"k":0,"l":0,"m":0} 7)"),
+              "syntax error: the values of a, b, c, d, e, f, g, h, i, j, k, l and others are lost; "
+              "what follows is lost");
 }
 
 } // namespace eventsviewer

@@ -68,8 +68,9 @@ PARTS = [(re.compile(r"the values? of (.*?) (?:is|are) lost"), "lost"),
          (re.compile(r"the values of (.*?) are not strings and are not shown"), "type")]
 WORDS = {"what followed is lost": "rest", "what follows is lost": "rest", "what is missing or wrong cannot be seen": "anything", "what was in the place of zero bytes is lost": "rest", "a name is changed": "name",
          "vars is not an object, so the event has no variables": "rest", "a second event is not shown": "second",
-         "the code is lost": "code", "the code is incomplete": "code", "the code may be wrong": "code",
-         "nothing is lost": "nothing", "no event is shown": "no event"}
+         "the code is lost": "code", "the code may be incomplete": "code", "the code may be wrong": "code",
+         "nothing is lost": "nothing", "no event is shown": "no event",
+         "no object, so no event is shown": "no event", "no code, so no event is shown": "no event"}
 
 
 def parts_of(effect):

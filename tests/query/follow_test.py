@@ -243,16 +243,21 @@ def check_filters(command, log):
 
 
 def check_diagnostics(command, log):
-    """Each is printed once, also of an event that sets the clock; returns what is wrong."""
+    """Each is printed once, also of an event that sets the clock; an error ends it. Returns what is wrong."""
     log.write_bytes(line(949, b"Nov 20 08:00:00"))
-    process = subprocess.Popen([*command, "-f", "-o", "json", log], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    process = subprocess.Popen([*command, "-f", "-o", "json", "-e", "949,1227", log], stdout=subprocess.PIPE,
+                               stderr=subprocess.PIPE)
     process.stdout.readline()
     with open(log, "ab") as file:
-        file.write(b'{"id":1227,"vars":{"a":"1" // x\r}}\n')
-    process.stdout.readline()
-    process.terminate()
+        file.write(b'{"id":1227,"vars":{"a":"1" // x\r}}\n' + line(949, b"Nov 20 08:00:01"))
+    for _ in range(2):
+        process.stdout.readline()
+    log.unlink()
+    log.mkdir()
     errors = process.communicate()[1]
-    return [] if errors.count(b"error occured") == 1 else [f"standard error is {errors}"]
+    log.rmdir()
+    right = errors.count(b"error occured") == 1 and errors.endswith(b": Is a directory\n")
+    return [] if right and process.returncode == 2 else [f"it ends with {process.returncode} and {errors}"]
 
 
 def check_closed_streams(command, log, is_emulated):
