@@ -17,11 +17,12 @@ SOURCE = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 sys.path.insert(0, os.path.join(SOURCE, "scripts", "lib"))
 import event_catalog  # noqa: E402
 
-FEW, MANY, MOST = 20_000, 200_000, 1_000_000
-CHART_SIZES = [2_000, FEW, MANY, MOST]
-CHART_LINES = ["events-viewer --all", "events-viewer --show", "JsonCpp alone", "mawk, all events",
-               "wc -l"]
+FEW, MANY, MOST = SIZES = [20_000, 200_000, 1_000_000]
+CHART_SIZES = [2_000, *SIZES]
+CHART_LINES = ["events-viewer --all", "events-viewer --show", "JsonCpp alone", "mawk, all events", "wc -l"]
 EVENT, CODE, WORD = "MODEM_OUT_OF_NETWORK", 1229, "network"
+EVERYDAY = ["events-viewer --show", "events-viewer --all", "events-query", f"events-query -e {EVENT}",
+            "events-query -c event", "events-query -o csv", "events-query --check"]
 # Of each task of events-query: the name of the event and the word that others look for.
 TASKS = {"": ("", ""), f" -e {EVENT}": (EVENT, ""), f" -g {WORD}": ("", WORD)}
 LAST_OF_2026 = 1_798_700_000  # the files' date, which decides the year of their events
@@ -131,8 +132,6 @@ class Bench:
         """Figures that must not grow with the log, or only in proportion to it."""
         def count(program, lines):
             return counter.count(self.command(f"events-viewer {program}", self.log(lines)))
-        def memory(program, *log):
-            return measure.peak_bytes(self.command(program, self.log(*log)))
         empty = count("--show", 0)
         for action in "--all", "--show":
             small, large = ((count(action, lines) - empty) / lines for lines in (FEW, MOST))
@@ -141,11 +140,14 @@ class Bench:
         # The memory varies by some pages from run to run.
         for program, limit in ("events-viewer --show", 0.3e6), ("events-query -o json", 0.5e6):
             self.add(f"`{program}`, memory on 1,000,000 lines minus that on 20,000",
-                     memory(program, MOST) - memory(program, FEW), limit, "MB")
+                     self.memory(program, MOST) - self.memory(program, FEW), limit, "MB")
         for style, damaged, limit in ("compact", 0, 1.8), ("realistic", 10, 1.58):
             self.add(f"`--all`, memory on 1,000,000 lines against the size of the log, {style}",
-                     memory("events-viewer --all", MOST, style, damaged)
+                     self.memory("events-viewer --all", MOST, style, damaged)
                      / os.path.getsize(self.log(MOST, style, damaged)), limit)
+
+    def memory(self, program, *log):
+        return measure.peak_bytes(self.command(program, self.log(*log)))
 
     def output(self, program):
         return subprocess.check_output(self.command(program, self.log()))
@@ -191,11 +193,9 @@ class Bench:
         if self.output("events-viewer --all") != self.output("mawk, all events"):
             raise RuntimeError("mawk does not make the same table")
         series = self.cpu(CHART_LINES, CHART_SIZES)
-        at_many = {name: points[MANY] for name, points in series.items()}
-        self.add("`--show` against `wc -l`, CPU, 200,000 lines",
-                 at_many["events-viewer --show"] / at_many["wc -l"], 4)
-        self.add("`--all` against mawk, CPU, 200,000 lines",
-                 at_many["events-viewer --all"] / at_many["mawk, all events"])
+        for action, other, limit in ("--show", "wc -l", 4), ("--all", "mawk, all events", None):
+            self.add(f"`{action}` against {other}, CPU, 200,000 lines",
+                     series[f"events-viewer {action}"][MANY] / series[other][MANY], limit)
         ours, theirs = (measure.cpu_seconds(self.command(name, self.log(MANY, "realistic", 10)), 10)
                         for name in ("events-viewer --all", "mawk, all events"))
         self.add("`--all` against mawk, realistic log, CPU, 200,000 lines", ours / theirs, 1)
@@ -231,9 +231,12 @@ def main():
             series = bench.cpu_series()
             page = f"{SOURCE}/doc/performance.md"
             report.replace_section(page, "figures", report.gate_table(bench.gates))
-            report.replace_section(page, "cpu", report.cpu_table(series, CHART_SIZES))
-            report.replace_section(page, "queries", report.cpu_table(bench.query_series(), [FEW, MANY]))
-            report.replace_section(page, "logs", report.cpu_table(bench.many_logs(), [300], "logs"))
+            memory = {name: {size: bench.memory(name, size) / 1e6 for size in SIZES} for name in EVERYDAY}
+            for name, *of_table in (("cpu", bench.cpu(EVERYDAY, SIZES), SIZES),
+                                    ("memory", memory, SIZES, "lines", "MB"),
+                                    ("queries", bench.query_series(), [FEW, MANY]),
+                                    ("logs", bench.many_logs(), [300], "logs")):
+                report.replace_section(page, name, report.size_table(*of_table))
             report.draw(f"{SOURCE}/doc/performance.svg", series, CHART_SIZES)
     missed = [gate for gate in bench.gates if not gate.passed]
     print(f"{len(missed)} of {sum(gate.limit is not None for gate in bench.gates)} limits missed")

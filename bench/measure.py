@@ -6,8 +6,7 @@ import tempfile
 
 
 def run(command):
-    """Runs `command` in an environment that never varies and returns what it prints on standard
-    error; its output is thrown away."""
+    """Runs `command` in an environment that never varies. Returns its standard error, drops its output."""
     done = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True,
                           check=False, env={"PATH": os.environ["PATH"]})
     if done.returncode not in (0, 1):  # 1 is no error of events-query --check
@@ -24,8 +23,7 @@ class Callgrind:
 
 
 class Emulator:
-    """Counts instructions in qemu's user emulation, five times faster than valgrind and for other
-    machines too. Needs the plugin that count_instructions.c makes."""
+    """Counts instructions for other machines too, five times faster. Needs the plugin of count_instructions.c."""
 
     def __init__(self, command, plugin):
         self.command, self.plugin = command, plugin

@@ -50,9 +50,9 @@ def gate_table(gates):
                  [(gate.name, gate.shown(gate.value), gate.shown(gate.limit)) for gate in gates])
 
 
-def cpu_table(series, sizes, unit="lines"):
-    return table(["CPU seconds", *(f"{size:,} {unit}" for size in sizes)],
-                 [(name, *(f"{points[size]:.3f}" for size in sizes))
+def size_table(series, sizes, unit="lines", figure="CPU seconds"):
+    return table([figure, *(f"{size:,} {unit}" for size in sizes)],
+                 [(name, *(f"{points[size]:.3g}" for size in sizes))
                   for name, points in series.items()])
 
 

@@ -8,8 +8,7 @@ NOT_EXPLAINED = "out_of_network_reason"
 
 
 def read(program):
-    """One dictionary an event, in the order of the codes. "explained" has the "reasons" that its
-    description explains."""
+    """The events in the order of codes. "explained" has those "reasons" that the description explains."""
     written = subprocess.check_output([program, "--catalog", "-o", "json"])
     events = [json.loads(line) for line in written.splitlines()]
     for event in events:

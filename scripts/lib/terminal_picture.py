@@ -1,22 +1,20 @@
-"""Draws a terminal's screen as an SVG: characters in a grid, in the colours that the text asks for.
-
-Every piece of text is stretched to its columns, so that the picture is the same with any
-monospaced font.
-"""
+"""Draws a terminal's screen as an SVG: characters in a grid, in the colours that the text asks for. Every
+piece of text is stretched to its columns, so that the picture is the same with any monospaced font."""
 
 import itertools
 import re
 from xml.sax.saxutils import escape
 
-WIDTH, HEIGHT = 7.8, 17  # of a character
-MARGIN = 14
-BACKGROUND, FOREGROUND = "#1c2128", "#d0d7de"
-PROMPT = ' fill="#7ee787"'
-STYLES = {"1;34": ' fill="#6cb6ff" font-weight="bold"', "0": ""}
+from dark_mode import with_dark_mode
+
+WIDTH, HEIGHT, MARGIN = 7.8, 17, 14  # of a character, and around all
+BACKGROUND, FOREGROUND = "#f6f8fa", "#1f2328"
+PROMPT = ' fill="#116329"'
+STYLES = {"1;34": ' fill="#0550ae" font-weight="bold"', "0": ""}
 
 
 def rows(text, columns):
-    """The rows that `text` takes on a terminal, each a list of (style, character)."""
+    """The rows that `text` takes, each a list of (style, character), broken after commas and spaces."""
     for line in text.splitlines():
         style = PROMPT if line.startswith("$ ") else ""
         row = []
@@ -25,13 +23,16 @@ def rows(text, columns):
                 style = STYLES[part]
             else:
                 row += [(style, character) for character in part]
-        yield from (row[at:at + columns] for at in range(0, max(1, len(row)), columns))
+        while len(row) > columns:
+            end = max(at for at in range(columns) if row[at][1] in ", ") + 1
+            yield row[:end]
+            row = row[end:]
+        yield row
 
 
 def draw(text, columns):
     drawn = list(rows(text, columns))
-    width = round(columns * WIDTH + 2 * MARGIN)
-    height = len(drawn) * HEIGHT + 2 * MARGIN
+    width, height = round(columns * WIDTH + 2 * MARGIN), len(drawn) * HEIGHT + 2 * MARGIN
     lines = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}" '
              f'viewBox="0 0 {width} {height}">',
              f'<rect width="100%" height="100%" rx="8" fill="{BACKGROUND}"/>',
@@ -45,4 +46,4 @@ def draw(text, columns):
                          f'textLength="{len(piece) * WIDTH:.1f}" lengthAdjust="spacingAndGlyphs"{style}>'
                          f'{unbroken}</text>')
             column += len(piece)
-    return "\n".join([*lines, "</g>", "</svg>", ""])
+    return with_dark_mode("\n".join([*lines, "</g>", "</svg>", ""]))

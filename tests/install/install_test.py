@@ -28,8 +28,8 @@ def expected_files(dirs):
             f"{dirs.datadir}/fish/vendor_completions.d/{program}.fish")),
         *(f"{dirs.docdir}/{name}" for name in (
             "ARCHITECTURE.md", "CHANGELOG.md", "CONTRIBUTING.md", "LICENSE", "README.md",
-            "doc/board.md", "doc/log-format.md", "doc/performance.md", "doc/performance.svg",
-            "doc/recipes.md",
+            "doc/board.md", "doc/damage.md", "doc/investigation.md", "doc/log-format.md",
+            "doc/performance.md", "doc/performance.svg", "doc/recipes.md",
             "doc/pictures/architecture.svg", "doc/pictures/log.svg", "doc/pictures/report.svg", "doc/pictures/table.svg",
             "examples/events_report", "examples/events_report.0")),
     ])
