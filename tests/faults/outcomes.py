@@ -219,8 +219,10 @@ class QueryJudge:
         known = usual.stderr.splitlines(keepends=True)
         new = [line for line in lines if line not in known]
         reported = bool(new) or (kind == "write" and persistent)
-        # Standard input is copied into memory, so that writing that copy is part of reading.
-        is_input = kind in ("open", "read") or b"events-query: -: " in run.stderr
+        # Standard input is copied into memory, so that writing that copy is part of reading. Opening a
+        # folder takes memory.
+        is_input = (kind in ("open", "read") or b"events-query: -: " in run.stderr
+                    or b": Cannot allocate memory\n" in run.stderr)
         return (run.status == 2 and reported
                 and all(line.startswith(b"events-query: ") for line in new)
                 and (is_input or usual.stdout.startswith(run.stdout)))
