@@ -67,9 +67,6 @@ void Timeline::addClockSet(const EventRecord& event)
 {
     constexpr int kMostDaysSilent = 31;
     const Variables variables(detailsOf(event));
-    if (!variables.isText("old_time") || !variables.isText("new_time")) {
-        return;
-    }
     const std::optional<Stamp> old = stampOf(variables.text("old_time"));
     const std::optional<Stamp> set = stampOf(variables.text("new_time"));
     if (!old || !set) {
