@@ -27,8 +27,8 @@ void addReason(NetworkBand& band, const EventRecord& event)
     std::string reason(given.name);
     reason += given.explanation.empty() ? "" : ": ";
     reason += given.explanation;
-    if (!reason.empty() && band.reason.find(reason) == std::string::npos &&
-        band.reason.size() + reason.size() < kMostReasons) {
+    const bool isNew = band.reason.find(reason) == std::string::npos; // which "" never is
+    if (isNew && band.reason.size() + reason.size() < kMostReasons) {
         band.reason += (band.reason.empty() ? "" : "\n") + reason;
     }
 }

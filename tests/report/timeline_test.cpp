@@ -71,10 +71,10 @@ TEST(Timeline, KeepsAReasonThatNothingExplains)
     EXPECT_EQ("OPERATOR_REQUEST", events.lastOutage().reason);
 }
 
-TEST(Timeline, KeepsLessThanAThousandBytesOfReasons)
+TEST(Timeline, KeepsAsManyReasonsAsFitInAThousandBytes)
 {
     const std::string first(600, 'A');
-    const std::string second(399, 'B');
+    const std::string second(398, 'B');
     Events events;
     for (const std::string& reason : {first, second, std::string("C")}) {
         events.add("1237", "Nov 20 08:00:00", R"("no_service_reason":")" + reason + '"');
