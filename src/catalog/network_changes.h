@@ -12,7 +12,8 @@ struct NetworkChange {
     std::int32_t code;
     NetworkState state; ///< from this event on
     const char* why;
-    bool isBelated = false; ///< whether the state may have ended before, without an event
+    /// Only of NotKnown: whether the state before may have ended earlier, without an event.
+    bool isBelated = false;
 };
 
 /// What the event `code` says of the network; null if nothing.

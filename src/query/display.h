@@ -7,10 +7,10 @@
 #include "query/options.h"
 #include "report/page.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <type_traits>
 #include <utility>
 
 namespace eventsviewer::query {
@@ -57,13 +57,9 @@ public:
     int end();
 
     /// The page that is shown; null in other formats.
-    Page* page() { return options_.isPage() ? addressOf(page_) : nullptr; }
+    Page* page() { return options_.isPage() ? page_.data() : nullptr; }
 
 private:
-    struct NoPage {};
-    static Page* addressOf(Page& page) { return &page; }
-    static Page* addressOf(NoPage& /*unused*/) { return nullptr; }
-
     const Options& options_;
     std::string& output_;
     Layout layout_;
@@ -74,7 +70,7 @@ private:
     bool anyShown_ = false;
     const Log* lastLog_ = nullptr; // null at the beginning of a log
     std::uint64_t lastEvent_ = 0;
-    std::conditional_t<kHasPages, Page, NoPage> page_;
+    std::array<Page, kHasPages ? 1 : 0> page_;
 };
 
 } // namespace eventsviewer::query

@@ -23,8 +23,7 @@ namespace {
     std::exit(kError);
 }
 
-// What an option without a letter is known by here.
-// The conflicts below have their numbers.
+// What an option without a letter is known by here. The conflicts below have these numbers.
 enum : char { kCatalog = 1, kColour, kVersion, kYear, kName, kProgress, kCheck };
 
 const option kLongOptions[] = {
@@ -113,9 +112,8 @@ std::optional<std::int32_t> numberIn(const char* text, long long least, long lon
 // Takes the value of the option `letter`.
 void take(Options& options, char letter, const char* value)
 {
-    // `taken` tells whether the value was right.
-    const auto require = [letter, value](bool taken, const std::string& otherwise) {
-        if (!taken) {
+    const auto require = [letter, value](bool isRight, const std::string& otherwise) {
+        if (!isRight) {
             refuse(nameOf(letter) + ' ' + value + ": " + otherwise);
         }
     };
@@ -209,7 +207,9 @@ void checkTogether(const Options& options, const std::string& given)
 Options parseOptions(int argc, char** argv)
 {
     Options options;
-    options.command = kHasPages ? "events-query" + shellWords(argv + 1, argv + argc) : "";
+    if constexpr (kHasPages) {
+        options.command = "events-query" + shellWords(argv + 1, argv + argc);
+    }
     std::string given;
     opterr = 0;
     int found = 0;

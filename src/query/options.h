@@ -43,7 +43,7 @@ struct Options {
     bool hasRange() const { return since || until; }
 
     /// Whether the events are shown on a page.
-    bool isPage() const { return kHasPages && format == Format::Html; }
+    bool isPage() const { return format == Format::Html; }
 
     /// Whether the years of each log are needed.
     bool hasTimes() const

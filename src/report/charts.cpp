@@ -184,7 +184,7 @@ void addBands(const LogOnPage& log, std::string_view form, const Axis& axis,
                                      {"from", std::to_string(band.firstLine)},
                                      {"to", std::to_string(band.lastLine)},
                                      {"label", log.label}});
-        if (band.since && band.until) {
+        if (band.since) {
             const Moment length = std::max<Moment>(0, *band.until - *band.since);
             values.insert(values.end(),
                           {{"x", axis.placeOf(*band.since)}, {"width", axis.percentOf(length)}});

@@ -22,7 +22,8 @@ NetworkBand* NetworkBands::add(std::int32_t code, std::uint64_t line,
     const NetworkState state = bands_.back().state;
     const NetworkChange* const change = findNetworkChange(code);
     const bool isTry = change != nullptr && change->state == NetworkState::NotKnown;
-    if (change != nullptr && change->state != state && !(isTry && state == NetworkState::Out)) {
+    const bool isTryWhileOut = isTry && state == NetworkState::Out;
+    if (change != nullptr && change->state != state && !isTryWhileOut) {
         beginBand(*change, line, moment);
     }
     lastMoment_ = moment ? moment : lastMoment_;
@@ -36,7 +37,7 @@ void NetworkBands::beginBand(const NetworkChange& change, std::uint64_t line,
                              std::optional<std::int64_t> moment)
 {
     NetworkBand& ended = bands_.back();
-    const bool isCertain = moment && !(change.isBelated && ended.state == NetworkState::In);
+    const bool isCertain = moment && !change.isBelated;
     ended.until = isCertain ? moment : lastMoment_;
     ended.isAtLeast = ended.isAtLeast || !isCertain;
     ended.last = &change;
@@ -45,7 +46,8 @@ void NetworkBands::beginBand(const NetworkChange& change, std::uint64_t line,
     begun.state = change.state;
     begun.first = &change;
     begun.firstLine = line;
-    begun.since = isCertain || change.state == NetworkState::NotKnown ? ended.until : std::nullopt;
+    const bool isContinued = isCertain || change.state == NetworkState::NotKnown;
+    begun.since = isContinued ? ended.until : std::nullopt;
     bands_.push_back(begun);
     while (bands_.size() > kMostBands) {
         bands_.pop_front();

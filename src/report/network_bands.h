@@ -18,10 +18,10 @@ struct NetworkBand {
     std::uint64_t firstLine = 0;
     std::uint64_t lastLine = 0;
     std::optional<std::int64_t> since; ///< in seconds; nothing if no event in it has a time
-    std::optional<std::int64_t> until;
-    std::int64_t clockSteps = 0; ///< by how many seconds the clock was put forward in it
-    bool isAtLeast = false;      ///< whether it may have begun before or ended after these times
-    std::string reason;          ///< for the caller
+    std::optional<std::int64_t> until; ///< is known once the band has ended, if `since` is
+    std::int64_t clockSteps = 0;       ///< by how many seconds the clock was put forward in it
+    bool isAtLeast = false; ///< whether it may have begun before or ended after these times
+    std::string reason;     ///< for the caller
 
     /// The seconds that it lasted; nothing if they are not known.
     std::optional<std::int64_t> length() const;

@@ -27,8 +27,8 @@ void addReason(NetworkBand& band, const EventRecord& event)
     std::string reason(given.name);
     reason += given.explanation.empty() ? "" : ": ";
     reason += given.explanation;
-    if (!reason.empty() && band.reason.find(reason) == std::string::npos &&
-        band.reason.size() + reason.size() < kMostReasons) {
+    const bool isNew = band.reason.find(reason) == std::string::npos; // which "" never is
+    if (isNew && band.reason.size() + reason.size() < kMostReasons) {
         band.reason += (band.reason.empty() ? "" : "\n") + reason;
     }
 }
@@ -67,9 +67,6 @@ void Timeline::addClockSet(const EventRecord& event)
 {
     constexpr int kMostDaysSilent = 31;
     const Variables variables(detailsOf(event));
-    if (!variables.isText("old_time") || !variables.isText("new_time")) {
-        return;
-    }
     const std::optional<Stamp> old = stampOf(variables.text("old_time"));
     const std::optional<Stamp> set = stampOf(variables.text("new_time"));
     if (!old || !set) {

@@ -153,6 +153,14 @@ TEST(NetworkBands, HaveNoLengthIfTheTimeGoesBackWithoutAWord)
               Bands().add(kOut, 50).add(kIn, 20).text());
 }
 
+TEST(NetworkBands, HaveNoLengthBeforeTheyEnd)
+{
+    NetworkBands bands;
+    const NetworkBand* const out = bands.add(kOut, 0, 100);
+    EXPECT_EQ(100, out->since);
+    EXPECT_EQ(std::nullopt, out->length());
+}
+
 TEST(NetworkBands, GiveReasonsToTheBandThatIsNotInNetwork)
 {
     NetworkBands bands;

@@ -71,6 +71,24 @@ TEST(Timeline, KeepsAReasonThatNothingExplains)
     EXPECT_EQ("OPERATOR_REQUEST", events.lastOutage().reason);
 }
 
+TEST(Timeline, KeepsAsManyReasonsAsFitInAThousandBytes)
+{
+    const std::string first(600, 'A');
+    const std::string second(398, 'B');
+    Events events;
+    for (const std::string& reason : {first, second, std::string("C")}) {
+        events.add("1237", "Nov 20 08:00:00", R"("no_service_reason":")" + reason + '"');
+    }
+    EXPECT_EQ(first + '\n' + second, events.lastOutage().reason);
+}
+
+TEST(Timeline, TakesNoReasonFromAnEventWithoutOne)
+{
+    Events events;
+    events.add("1229", "Nov 20 08:00:00");
+    EXPECT_EQ("", events.lastOutage().reason);
+}
+
 // The length of an outage of five minutes in which the clock is set, at the event with `time`.
 std::optional<std::int64_t> lengthAround(const std::string& time, const std::string& oldTime,
                                          const std::string& newTime, const std::string& end)
@@ -100,6 +118,69 @@ TEST(Timeline, DoesNotCountAClockThatWasNotSetBefore)
                                 "Nov 20 08:05:00"));
     EXPECT_EQ(300,
               lengthAround("Nov 20 08:01:00", "no time", "Nov 20 08:01:00", "Nov 20 08:05:00"));
+}
+
+constexpr std::int64_t kTwoHours = 7200;
+
+TEST(Timeline, TakesStepsOfUpToAMonth)
+{
+    EXPECT_EQ(300, lengthAround("Nov 20 08:01:00", "Nov 20 08:01:00", "Dec 21 08:01:00",
+                                "Dec 21 08:05:00"));
+    EXPECT_EQ(32 * kDay + 300, lengthAround("Nov 20 08:01:00", "Nov 20 08:01:00", "Dec 22 08:01:00",
+                                            "Dec 22 08:05:00"));
+    EXPECT_EQ(300, lengthAround("Nov 20 08:01:00", "Nov 20 08:01:00", "Oct 20 08:01:00",
+                                "Oct 20 08:05:00"));
+    EXPECT_EQ(std::nullopt, lengthAround("Nov 20 08:01:00", "Nov 20 08:01:00", "Oct 19 08:01:00",
+                                         "Oct 19 08:05:00"));
+}
+
+TEST(Timeline, TakesAStepUpToAMonthAfterTheEventBefore)
+{
+    EXPECT_EQ(31 * kDay + 300, lengthAround("Dec 21 08:01:00", "Dec 21 08:01:00", "Dec 21 10:01:00",
+                                            "Dec 21 10:05:00"));
+    EXPECT_EQ(32 * kDay + kTwoHours + 300, lengthAround("Dec 22 08:01:00", "Dec 22 08:01:00",
+                                                        "Dec 22 10:01:00", "Dec 22 10:05:00"));
+}
+
+TEST(Timeline, TakesAStepFromADayBeforeTheEventBefore)
+{
+    EXPECT_EQ(300, lengthAround("Nov 20 08:01:00", "Nov 19 08:01:00", "Nov 20 08:01:00",
+                                "Nov 21 08:05:00"));
+    EXPECT_EQ(2 * kDay + 300, lengthAround("Nov 20 08:01:00", "Nov 18 08:01:00", "Nov 20 08:01:00",
+                                           "Nov 22 08:05:00"));
+}
+
+// The length of an outage of five minutes in which the clock is put forward by two hours, at an
+// event with `variables`.
+std::optional<std::int64_t> lengthWith(const std::string& variables)
+{
+    Events events;
+    events.add("1229", "Nov 20 08:00:00").add("1227", "Nov 20 08:01:00", variables);
+    return events.add("1228", "Nov 20 10:05:00").lastOutage().length();
+}
+
+TEST(Timeline, TakesNoStepWithoutBothItsTimes)
+{
+    const std::string oldTime = R"("old_time":"Nov 20 08:01:00")";
+    const std::string newTime = R"("new_time":"Nov 20 10:01:00")";
+    EXPECT_EQ(300, lengthWith(oldTime + ',' + newTime));
+    for (const std::string& variables :
+         {std::string(), oldTime, newTime, oldTime + R"(,"new_time":"no time")",
+          oldTime + R"(,"new_time":10)", newTime + R"(,"old_time":[])"}) {
+        EXPECT_EQ(kTwoHours + 300, lengthWith(variables)) << variables;
+    }
+}
+
+TEST(Timeline, TakesNoStepAtOrAfterAnEventWithoutATime)
+{
+    const std::string set = R"("old_time":"Nov 20 08:01:00","new_time":"Nov 20 10:01:00")";
+    Events at;
+    at.add("1229", "Nov 20 08:00:00").add("1227", "no time", set).add("1228", "Nov 20 10:05:00");
+    EXPECT_EQ(kTwoHours + 300, at.lastOutage().length());
+    Events after;
+    after.add("1229", "Nov 20 08:00:00").add("1231", "no time");
+    after.add("1227", "Nov 20 08:01:00", set).add("1228", "Nov 20 10:05:00");
+    EXPECT_EQ(kTwoHours + 300, after.lastOutage().length());
 }
 
 } // namespace
