@@ -8,6 +8,7 @@
 #include "query/event_reading.h"
 #include "query/messages.h"
 #include "query/search.h"
+#include "report/html.h"
 
 #include <unistd.h>
 

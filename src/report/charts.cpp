@@ -14,9 +14,8 @@ namespace eventsviewer {
 namespace {
 
 constexpr Moment kHour = kDay / 24;
-constexpr std::size_t kDateBegin = 5; // of "2026-11-20T08:00:00", without the year
-constexpr std::size_t kDateEnd = 10;
-constexpr std::size_t kMinuteEnd = 16;
+// Of "2026-11-20T08:00:00", without the year.
+constexpr std::size_t kDateBegin = 5, kDateEnd = 10, kMinuteEnd = 16;
 
 std::string percent(double part, double whole)
 {
@@ -177,6 +176,9 @@ void addBands(const LogOnPage& log, std::string_view form, const Axis& axis,
         return row != rows.end() ? *row : "events";
     };
     for (const NetworkBand& band : log.timeline.bands().bands()) {
+        if (band.state == NetworkState::NotKnown && band.length() == 0) {
+            continue;
+        }
         FormValues values = bandInWords(band);
         values.insert(values.end(), {{"row", target(band.firstLine)},
                                      {"end", target(band.lastLine)},
@@ -185,27 +187,22 @@ void addBands(const LogOnPage& log, std::string_view form, const Axis& axis,
                                      {"to", std::to_string(band.lastLine)},
                                      {"label", log.label}});
         if (band.since) {
-            const Moment length = std::max<Moment>(0, *band.until - *band.since);
-            values.insert(values.end(),
-                          {{"x", axis.placeOf(*band.since)}, {"width", axis.percentOf(length)}});
+            const std::string width =
+                axis.percentOf(std::max<Moment>(0, *band.until - *band.since));
+            values.insert(values.end(), {{"x", axis.placeOf(*band.since)}, {"width", width}});
             fill(drawn, form, "band", values);
+        }
+        if (band.state != NetworkState::In) {
+            fill(listed, form, "outage", values);
         }
         const bool isOut = band.state == NetworkState::Out;
         sums.outages += isOut ? 1 : 0;
         sums.length += isOut ? band.length().value_or(0) : 0;
-        if (isOut || (band.state == NetworkState::NotKnown && band.length() != 0)) {
-            fill(listed, form, "outage", values);
-        }
     }
     sums.leftOut += log.timeline.bands().leftOut();
 }
 
 } // namespace
-
-std::string countInWords(std::uint64_t number, const char* what)
-{
-    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
-}
 
 void addCharts(FormValues& page, std::string_view form, const std::deque<LogOnPage>& logs,
                const EventsAnHour& hours, const std::set<std::string>& rows)

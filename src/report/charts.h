@@ -27,7 +27,4 @@ struct LogOnPage {
 void addCharts(FormValues& page, std::string_view form, const std::deque<LogOnPage>& logs,
                const EventsAnHour& hours, const std::set<std::string>& rows);
 
-/// A number and what it counts, such as "1 event" or "2 events".
-std::string countInWords(std::uint64_t number, const char* what);
-
 } // namespace eventsviewer

@@ -40,4 +40,9 @@ std::string html(std::string_view text)
     }
 }
 
+std::string countInWords(std::uint64_t number, const char* what)
+{
+    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
+}
+
 } // namespace eventsviewer
