@@ -51,7 +51,7 @@ PC_FILES = files_of(PROGRAMS, "vendor-completions", "events-viewer", [
     "changelog.Debian.gz", "changelog.gz", "copyright", "doc/board.md", "doc/damage.md",
     "doc/investigation.md", "doc/log-format.md", "doc/performance.md", "doc/performance.svg",
     "doc/recipes.md",
-    "doc/pictures/architecture.svg", "doc/pictures/log.svg", "doc/pictures/table.svg",
+    "doc/pictures/architecture.svg", "doc/pictures/log.svg", "doc/pictures/report.svg", "doc/pictures/table.svg",
     "examples/events_report", "examples/events_report.0"])
 HARDENING = ["Position Independent Executable: yes", "Stack protected: yes",
              "Fortify Source functions: yes", "Read-only relocations: yes",
