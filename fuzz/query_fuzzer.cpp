@@ -157,7 +157,7 @@ void checkLine(std::string_view line)
     check((record != nullptr) == (expected != nullptr), "whether there is an event");
     checkFinding(line, record.get());
     if (record != nullptr) {
-        static const query::Path path = {"log", "log"};
+        static const Path path = {"log", "log"};
         EventView event(std::move(record));
         event.log = event.file = &path;
         checkSame(reference::rowOf({"", event.code(), event.time()}, std::string(event.detail())),
