@@ -40,7 +40,7 @@ std::string oneLine(std::string_view text);
 /// A value of a record, which is a row of csv or an object of json, and its column or key.
 struct Field {
     const char* name;
-    std::string_view value = {};
+    std::string_view value;
     bool isNumber = false;
 };
 
