@@ -55,8 +55,7 @@ void Check::addLine(const Log& log, std::uint64_t line, std::string_view text,
     const auto [file, number] = log.placeOf(line);
     const LinePlace place = {log.path().text, file->text, number};
     constexpr std::string_view kOuter("\r\0 \t", 4);
-    const std::string_view object = text.substr(std::min(firstBrace(text), text.size()));
-    const std::string_view before = text.substr(0, text.size() - object.size());
+    const std::string_view before = text.substr(0, firstBrace(text));
     const std::string_view after = text.substr(text.find_last_not_of(kOuter) + 1);
     const auto has = [](std::string_view part, char c) {
         return part.find(c) != std::string_view::npos;

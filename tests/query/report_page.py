@@ -119,7 +119,7 @@ class Page(html.parser.HTMLParser):
                 if element.tag == tag and wanted.items() <= element.attributes.items()]
 
     def rows(self):
-        """The events: each the texts of its cells, the detail without the line that unfolds."""
+        """The events: what is in the cells of each, the detail without the line that unfolds."""
         table, = self.named("table", id="rows")
         rows = []
         for row in next(table.all("tbody")).all("tr"):
@@ -129,7 +129,7 @@ class Page(html.parser.HTMLParser):
         return rows
 
     def outages(self):
-        """The bands that are not in network: the texts of their cells."""
+        """The bands that are not in network: what is in their cells."""
         table, = self.named("table", class_="list")
         return [[cell.text().strip() for cell in row.children if isinstance(cell, Element)]
                 for row in next(table.all("tbody")).all("tr")]
