@@ -182,6 +182,24 @@ std::string listOf(const std::vector<std::string_view>& keys)
     return list + (keys.size() > kMostKeys ? " and others" : "");
 }
 
+// Which event an object is, as far as it says so: " (1031, Nov 18 05:04:30)".
+std::string nameOf(std::string_view object)
+{
+    ObjectScan scan;
+    jsonaccess::scanObject(object, scan);
+    std::string code;
+    std::string time;
+    for (const ScannedMember& member : scan.members) {
+        const bool isGiven = !member.isInner && !member.value.empty();
+        if (isGiven && member.key == "id") {
+            code = listOf({member.value});
+        } else if (isGiven && member.key == "time") {
+            time = ", " + listOf({member.value});
+        }
+    }
+    return code.empty() ? "" : " (" + code + time + ')';
+}
+
 void addValues(std::string& effect, const std::vector<std::string_view>& keys, const char* one,
                const char* several)
 {
@@ -277,11 +295,16 @@ std::optional<Finding> findingOf(std::string_view object, const LineEvent* event
     const bool isMore =
         isKey || (damageEnd > scan.end && hasWord(object.substr(scan.end, damageEnd - scan.end)));
     const bool isLeft = isWhole && !rest.empty() && kind != kMoreObjects;
-    addPart(effect, isCut    ? "what followed is lost"
-                    : isMore ? "what follows is lost"
-                    : isLeft ? "what is missing or wrong cannot be seen"
-                             : "");
-    addPart(effect, hasSecond ? "a second event is not shown" : "");
+    if (isCut && effect.empty() && !scan.members.empty()) {
+        effect = "what followed " + listOf({scan.members.back().key}) + " is lost";
+    } else {
+        addPart(effect, isCut    ? "what followed is lost"
+                        : isMore ? "what follows is lost"
+                        : isLeft ? "what is missing or wrong cannot be seen"
+                                 : "");
+    }
+    addPart(effect,
+            hasSecond ? "a second event" + nameOf(object.substr(second)) + " is not shown" : "");
     return Finding{kind != nullptr ? kind : kWrongType,
                    effect.empty() ? "nothing is lost" : effect};
 }

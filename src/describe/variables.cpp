@@ -42,9 +42,9 @@ std::vector<std::pair<std::string, std::string>> Variables::all() const
     }
     for (std::string& key : parsedKeys()) {
         const Json::Value& value = jsonaccess::get(*root_, key);
-        std::string text = value.isString() ? jsonaccess::asCString(value)
-                                            : jsonaccess::writeWithoutComments(value);
-        variables.emplace_back(std::move(key), std::move(text));
+        std::string written = value.isString() ? jsonaccess::asCString(value)
+                                               : jsonaccess::writeWithoutComments(value);
+        variables.emplace_back(std::move(key), std::move(written));
     }
     return variables;
 }

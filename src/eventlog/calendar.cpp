@@ -159,12 +159,11 @@ std::string_view Calendar::at(std::uint64_t line, std::string_view time)
         const std::optional<int> year = after == turns_.begin() ? 0 : std::prev(after)->year;
         const std::optional<Stamp> stamp = stampOf(time);
         const bool leapDay = stamp && stamp->month == 2 && stamp->day == 29;
-        const int calendarYear = year ? this->calendarYear(*year) : 0;
-        if (!stamp || calendarYear < 1 || calendarYear > kLastYear ||
-            (leapDay && !isLeapYear(calendarYear))) {
+        const int fullYear = year ? calendarYear(*year) : 0;
+        if (!stamp || fullYear < 1 || fullYear > kLastYear || (leapDay && !isLeapYear(fullYear))) {
             return {};
         }
-        isoTime_ = isoTime(momentOf(calendarYear, *stamp));
+        isoTime_ = isoTime(momentOf(fullYear, *stamp));
         lastDate_ = time.substr(0, kDateLength + 1);
         return isoTime_;
     }

@@ -135,8 +135,8 @@ private:
     {
         LineReader reader(bytes, kLongestLine);
         std::uint64_t bytesBefore = 0;
-        std::string_view lines;
-        while (reader.next(lines)) {
+        std::string_view block;
+        while (reader.next(block)) {
             showProgress(file, bytes.bytesRead() - bytesBefore);
             bytesBefore = bytes.bytesRead();
             if (reader.leftOutLine()) {
@@ -144,8 +144,8 @@ private:
                 use({}, number++);
                 continue;
             }
-            while (!lines.empty()) {
-                use(takeFirstLine(lines), number++);
+            while (!block.empty()) {
+                use(takeFirstLine(block), number++);
             }
             pause();
         }

@@ -206,9 +206,9 @@ bool LogFollower::fail(int error, const std::string& path)
 LogFollower::File LogFollower::openOlder()
 {
     File before(path_ + ".0");
-    const int error = before.isOpen() ? 0 : errno;
-    if (error != 0 && error != ENOENT && error != ENOTDIR) {
-        note_ = "its predecessor cannot be read: " + std::string(std::strerror(error)) +
+    const int reason = before.isOpen() ? 0 : errno;
+    if (reason != 0 && reason != ENOENT && reason != ENOTDIR) {
+        note_ = "its predecessor cannot be read: " + std::string(std::strerror(reason)) +
                 "; events may be missing";
     }
     return S_ISREG(before.status.st_mode) ? std::move(before) : File();

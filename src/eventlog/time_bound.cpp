@@ -27,9 +27,9 @@ std::optional<Moment> durationOf(const char* text)
 {
     char* end = nullptr;
     const long long count = std::strtoll(text, &end, 10);
-    for (const auto& [name, seconds] : kUnits) {
-        if (text[0] >= '0' && text[0] <= '9' && name == end && count <= INT32_MAX) {
-            return count * seconds;
+    for (const Unit& unit : kUnits) {
+        if (text[0] >= '0' && text[0] <= '9' && unit.name == end && count <= INT32_MAX) {
+            return count * unit.seconds;
         }
     }
     return std::nullopt;

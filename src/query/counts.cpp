@@ -81,7 +81,8 @@ void Counts::addToRow(std::string_view event, std::string_view log, std::uint64_
     for (std::size_t i = 0; i < keys_.size(); ++i) {
         values[i] = keys_[i] == CountKey::Log ? log : event;
     }
-    counts_[values] += count;
+    std::uint64_t& row = counts_[values];
+    row += count;
 }
 
 void Counts::addLog(const std::string& path, bool isRead)

@@ -38,12 +38,12 @@ std::string EventView::wholeDetail() const
 {
     std::string text(detail());
     if (description_ == nullptr) {
-        const auto variables = variables_.all();
+        const auto all = variables_.all();
         const char* before = " (";
-        for (const auto& [key, value] : variables) {
+        for (const auto& [key, value] : all) {
             text += std::exchange(before, " ") + variable(key, value);
         }
-        text += variables.empty() ? "" : ")";
+        text += all.empty() ? "" : ")";
     }
     if (!reason_.shown && !reason_.explanation.empty()) {
         text += "\nMeaning: ";

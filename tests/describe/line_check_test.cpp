@@ -46,6 +46,17 @@ TEST(LineCheck, tellsACodeFromOtherValues)
     EXPECT_EQ(findingIn(R"({"id":{}})"), wrong);
 }
 
+TEST(LineCheck, namesASecondEvent)
+{
+    const std::string second = "more than one object: a second event";
+    EXPECT_EQ(findingIn(R"({"id":1228}{"id":4,"time":"a","id":5,"time":"b","vars":{"id":"6"}})"),
+              second + " (5, b) is not shown");
+    EXPECT_EQ(findingIn(R"({"id":1228}{"id":5,"ti)"), second + " (5) is not shown");
+    EXPECT_EQ(findingIn(R"({"id":1228}{"id":)"), second + " is not shown");
+    EXPECT_EQ(findingIn(R"({"id":1228}{"id":")" + std::string(50, 'x') + R"("})"),
+              second + " (" + std::string(40, 'x') + "...) is not shown");
+}
+
 TEST(LineCheck, comparesWhatALineSaysWithItsEvent)
 {
     EXPECT_EQ(findingIn(R"({"id":1228,"time":"t"}{"x":1})"),
@@ -62,6 +73,9 @@ TEST(LineCheck, comparesWhatALineSaysWithItsEvent)
               "what was in the place of zero bytes is lost");
     EXPECT_EQ(findingIn("{\"id\":1228,\"ti\0me\":\"t\"}"sv, ""),
               "zero bytes: a name is changed; what was in the place of zero bytes is lost");
+    EXPECT_EQ(findingIn(R"({"id":1228,"vars":{"inet_id":"7","po)", "", R"({"inet_id":"7"})"),
+              "cut off: what followed inet_id is lost");
+    EXPECT_EQ(findingIn("{"), "cut off: what followed is lost");
     EXPECT_EQ(findingIn(R"({"id":1228,"vars":)", ""),
               "cut off: the value of vars is lost; what followed is lost");
     EXPECT_EQ(findingIn(R"({"id":01228,"\u0061":"t","x":1})", ""),

@@ -64,6 +64,7 @@ PARTS = [(re.compile(r"the values? of (.*?) (?:is|are) lost"), "lost"),
          (re.compile(r"the values? of (.*?) ends? at (?:a zero byte|zero bytes)"), "early"),
          (re.compile(r"the values? of (.*?) (?:is|are) changed"), "changed"),
          (re.compile(r"the value of (.*?) may be wrong"), "wrong"),
+         (re.compile(r"what followed (.*) is lost"), "kept"),
          (re.compile(r"the value of (.*?) is not a string and is not shown"), "type"),
          (re.compile(r"the values of (.*?) are not strings and are not shown"), "type")]
 WORDS = {"what followed is lost": "rest", "what follows is lost": "rest", "what is missing or wrong cannot be seen": "anything", "what was in the place of zero bytes is lost": "rest", "a name is changed": "name",
@@ -80,9 +81,11 @@ def parts_of(effect):
             match = pattern.fullmatch(part)
             if match:
                 named.update(dict.fromkeys(re.split(", | and ", match[1]), what))
+                others.update({"rest"} if what == "kept" else {})
                 break
         else:
             code = part.startswith("the code is not a whole number of 32 bits and reads as ")
+            part = re.sub(r"^(a second event) \(.*\) (is not shown)$", r"\1 \2", part)
             check(code or part in WORDS, "an unknown effect:", effect)
             others.add("code" if code else WORDS[part])
     return named, others
@@ -100,7 +103,7 @@ def compare_effect(before, after, finding, line):
             continue  # a key that the damage has made
         had, has = values[0][key], values[1].get(key, "")
         text = has if isinstance(has, str) else json.dumps(has)
-        wrong = {"lost": isinstance(has, str) and has != "", "early": not had.startswith(text),
+        wrong = {"kept": had != has, "lost": isinstance(has, str) and has != "", "early": not had.startswith(text),
                  "changed": had == has, "type": isinstance(has, str) and has != ""}[what]
         check(not wrong, f"{key} is not {what}:", had, has, finding, line)
     for key in {key for key in values[0] if values[0][key] not in (values[1].get(key), "")} - set(named):
