@@ -37,7 +37,31 @@ void appendField(std::string& out, std::string_view text)
     out += '"';
 }
 
-// Memory for some JSON, which is used again for the next.
+void appendCsv(std::string& out, const EventView& event)
+{
+    out += event.at;
+    out += ',';
+    appendField(out, event.time());
+    out += ',' + std::to_string(event.code()) + ',';
+    out += event.name();
+    out += ',';
+    std::string made;
+    std::string variables(event.variables().json(made));
+    for (std::size_t at = 0; (at = variables.find('\x7f', at)) != std::string::npos;) {
+        variables.replace(at, 1, R"(\u007f)"); // the only control character that JSON has as it is
+    }
+    for (const std::string_view field :
+         {event.detail(), std::string_view(variables), event.reason().name,
+          event.reason().explanation, std::string_view(event.file->text)}) {
+        appendField(out, field);
+        out += ',';
+    }
+    out += std::to_string(event.line) + ',';
+    appendField(out, event.log->text);
+    out += "\r\n";
+}
+
+// Memory for one row of JSON, which is used again for the next.
 class JsonRow {
 public:
     explicit JsonRow(std::size_t mostBytes)
@@ -65,29 +89,6 @@ private:
     char* begin_;
     char* end_;
 };
-
-void appendCsv(std::string& out, const EventView& event)
-{
-    out += event.at;
-    out += ',';
-    appendField(out, event.time());
-    out += ',' + std::to_string(event.code()) + ',';
-    out += event.name();
-    out += ',';
-    std::string made;
-    const std::string_view variables = event.variables().json(made);
-    JsonRow row(jsonaccess::mostJsonBytes(variables.size()));
-    row.addJson(variables);
-    for (const std::string_view field :
-         {event.detail(), row.text(), event.reason().name, event.reason().explanation,
-          std::string_view(event.file->text)}) {
-        appendField(out, field);
-        out += ',';
-    }
-    out += std::to_string(event.line) + ',';
-    appendField(out, event.log->text);
-    out += "\r\n";
-}
 
 void appendObject(std::string& out, const EventView& event)
 {
