@@ -10,7 +10,7 @@ from collections import Counter
 from datetime import datetime, timedelta
 
 from calendar_test import lines_of, random_events
-from programs import Programs, check, rows_of
+from programs import Programs, as_json_holds, check, rows_of
 
 TIMES = {"day": (10, timedelta(days=1)), "hour": (13, timedelta(hours=1))}
 KEYS = ["event", "detail", "reason", "log", *TIMES]
@@ -58,7 +58,7 @@ def actual_rows(form, keys, text):
         rows = [json.loads(line) for line in text.decode().splitlines()]
         check(all(list(row) == ["count", *keys] for row in rows), "not the promised keys")
         return [(tuple(row[key] for key in keys), row["count"]) for row in rows]
-    rows = list(csv.reader(io.StringIO(text.decode("utf-8", "surrogateescape"), newline="")))
+    rows = list(csv.reader(io.StringIO(as_json_holds(text), newline="")))
     check(rows[0] == ["count", *keys], "not the promised columns")
     return [(tuple(row[1:]), int(row[0])) for row in rows[1:]]
 

@@ -22,6 +22,11 @@ def absolute(path):
     return Path(path).resolve()
 
 
+def as_json_holds(text):
+    """`text` with U+FFFD for each byte that is not UTF-8."""
+    return re.sub("[\udc80-\udcff]", "\ufffd", text.decode("utf-8", "surrogateescape"))
+
+
 def check(holds, *what):
     if not holds:
         raise AssertionError(" ".join(map(str, what)))

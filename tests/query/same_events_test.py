@@ -22,7 +22,7 @@ import sys
 from collections import Counter
 from pathlib import Path
 
-from programs import KEYS, UNSAFE, Programs, check, refuse, rows_of
+from programs import KEYS, UNSAFE, Programs, as_json_holds, check, refuse, rows_of
 
 DIAGNOSTIC = b"Tarvik workaround: "
 NO_EVENTS = b"No events to display.\n"
@@ -79,11 +79,6 @@ def integer(digits):
 
 def bytes_of(text):
     return text.encode("latin-1")
-
-
-def as_json_holds(text):
-    """`text` with U+FFFD for each byte that is not UTF-8."""
-    return re.sub("[\udc80-\udcff]", "\ufffd", text.decode("utf-8", "surrogateescape"))
 
 
 def safe(text):
@@ -173,7 +168,8 @@ class Comparison:
 
     def checked_row(self, row, fields):
         """The row of csv, after a comparison with that of JSON."""
-        check(json.loads(fields["vars"], parse_constant=refuse) == row["vars"], "other variables:", fields)
+        variables = as_json_holds(bytes_of(fields["vars"]))
+        check(json.loads(variables, parse_constant=refuse) == row["vars"], "other variables:", fields)
         for key in KEYS:
             if key != "vars" and str(row[key]).encode() != bytes_of(fields[key]):
                 check(row[key] == as_json_holds(bytes_of(fields[key])), "other in csv:", key, fields)
