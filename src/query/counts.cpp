@@ -81,8 +81,7 @@ void Counts::addToRow(std::string_view event, std::string_view log, std::uint64_
     for (std::size_t i = 0; i < keys_.size(); ++i) {
         values[i] = keys_[i] == CountKey::Log ? log : event;
     }
-    std::uint64_t& row = counts_[values];
-    row += count;
+    counts_[std::move(values)] += count;
 }
 
 void Counts::addLog(const std::string& path, bool isRead)

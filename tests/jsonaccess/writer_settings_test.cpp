@@ -102,7 +102,10 @@ TEST(WriteWithoutComments, LeavesThemOutAndNothingElse)
     parse("{/*a*/\"k\":/*b*/[1,//c\n\"x/*d*/\",null,0.1,{}]/*e*/}/*f*/", root);
     EXPECT_EQ(R"({"k":[1,"x/*d*/",null,0.10000000000000001,{}]})", writeWithoutComments(root));
     EXPECT_NE(writeString(root), writeWithoutComments(root));
-    EXPECT_EQ(R"("a\u00e9\ufffd")", writeWithoutComments(Json::Value("a\xC3\xA9\xFF")));
+    // JsonCpp before 1.9.3 does not look at such a string where char is unsigned.
+    const bool asItIs = JSONCPP_VERSION_PATCH < 3 && JSONCPP_CHAR_IS_UNSIGNED;
+    EXPECT_EQ(asItIs ? "\"\xC3\xA9\xFF\"" : R"("\u00e9\ufffd")",
+              writeWithoutComments(Json::Value("\xC3\xA9\xFF")));
     EXPECT_EQ("1e+9999",
               writeWithoutComments(Json::Value(std::numeric_limits<double>::infinity())));
 }

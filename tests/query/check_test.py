@@ -98,6 +98,12 @@ def compare_effect(before, after, finding, line):
         check(after is None and others == {"no event"}, "an event, or none:", finding, line)
         return
     values = [{**row["vars"], "time": row["time"]} for row in (before, after)]
+    second = re.search(r"a second event \((.*?)[,)]", finding["effect"])
+    check(second is None or b'"id":' + second[1].encode() in line[line.index(b"{") + 1:], "no such event:", finding, line)
+    is_cut = finding["kind"] == "cut off"  # and no comment hides the rest
+    for key in [key for key, what in named.items() if what == "kept" and is_cut]:
+        rest = line.rpartition(f'"{key}":'.encode())[2]
+        check(re.search(rb'"[^"]*":"[^"]*"', rest) is None, f"more followed {key}:", finding, line)
     for key, what in named.items():
         if key == "vars" or what == "wrong" or key not in values[0]:
             continue  # a key that the damage has made

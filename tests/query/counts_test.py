@@ -53,12 +53,13 @@ def expected_rows(events, keys):
     return groups
 
 
-def actual_rows(form, keys, text):
+def actual_rows(form, keys, text, keeps_bytes):
     if form == "json":
         rows = [json.loads(line) for line in text.decode().splitlines()]
         check(all(list(row) == ["count", *keys] for row in rows), "not the promised keys")
         return [(tuple(row[key] for key in keys), row["count"]) for row in rows]
-    rows = list(csv.reader(io.StringIO(as_json_holds(text), newline="")))
+    text = as_json_holds(text) if keeps_bytes else text.decode("utf-8", "surrogateescape")
+    rows = list(csv.reader(io.StringIO(text, newline="")))
     check(rows[0] == ["count", *keys], "not the promised columns")
     return [(tuple(row[1:]), int(row[0])) for row in rows[1:]]
 
@@ -69,7 +70,8 @@ def compare(programs, keys, options):
     groups = expected_rows(events, keys)
     form = programs.random.choice(("json", "csv"))
     counted = programs.query("-c", ",".join(keys), "-o", form, *options)
-    rows = actual_rows(form, keys, counted.stdout) if result.returncode != 2 else []
+    keeps_bytes = programs.args.keeps_bytes
+    rows = actual_rows(form, keys, counted.stdout, keeps_bytes) if result.returncode != 2 else []
     for group in groups if result.returncode != 2 else []:
         check(sorted(rows[:len(group)]) == group, "other rows:", keys, options, rows[:len(group)], group)
         rows = rows[len(group):]

@@ -44,6 +44,8 @@ class Programs:
         parser.add_argument("--amount", type=int, default=10, metavar="N",
                             help="how much is tried; 10 takes seconds")
         parser.add_argument("--seed", type=int, default=1)
+        parser.add_argument("--keeps-bytes", action="store_true",
+                            help="JsonCpp writes a string without ASCII characters as it is")
         for option in more_options:
             parser.add_argument(option, type=absolute, nargs="*", default=[])
         self.args = parser.parse_args()

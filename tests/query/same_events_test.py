@@ -168,7 +168,9 @@ class Comparison:
 
     def checked_row(self, row, fields):
         """The row of csv, after a comparison with that of JSON."""
-        variables = as_json_holds(bytes_of(fields["vars"]))
+        variables = fields["vars"]
+        if self.programs.args.keeps_bytes:
+            variables = as_json_holds(bytes_of(variables))
         check(json.loads(variables, parse_constant=refuse) == row["vars"], "other variables:", fields)
         for key in KEYS:
             if key != "vars" and str(row[key]).encode() != bytes_of(fields[key]):
